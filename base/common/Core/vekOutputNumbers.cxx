@@ -1,0 +1,147 @@
+#include "vekOutputNumbers.h"
+
+#include <cstdio>
+#include <memory>
+#include <new>
+
+#include "vekErrorCodes.h"
+
+namespace vek {
+
+namespace {
+
+struct FileCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+template <class T>
+int WriteNumbers(const char* fileName, const T* values, int count, const char* format) {
+  File file(std::fopen(fileName, "wb"));
+  if (!file) return VEK_FILE_NOT_FOUND;
+  std::fprintf(file.get(), "%i\n", count);
+  for (int i = 0; i < count; ++i) std::fprintf(file.get(), format, values[i]);
+  return std::ferror(file.get()) ? VEK_FAILURE : VEK_SUCCESS;
+}
+
+long RemainingBytes(std::FILE* file) {
+  long here = std::ftell(file);
+  if (here < 0 || std::fseek(file, 0, SEEK_END) != 0) return -1;
+  long end = std::ftell(file);
+  std::fseek(file, here, SEEK_SET);
+  return end - here;
+}
+
+// Reads "count, then count values" and checks that nothing follows. Each value takes at least two
+// bytes (a digit and a separator), which bounds the allocation by the file's size.
+template <class T>
+int ReadNumbers(const char* fileName, const char* format, T*& values, int& count) {
+  values = nullptr;
+  count = 0;
+  File file(std::fopen(fileName, "rb"));
+  if (!file) return VEK_FILE_NOT_FOUND;
+  int announced = 0;
+  if (std::fscanf(file.get(), "%i", &announced) != 1 || announced < 0) return VEK_FAILURE;
+  long remaining = RemainingBytes(file.get());
+  if (remaining < 0 || announced > remaining / 2 + 1) return VEK_FAILURE;
+  std::unique_ptr<T[]> read(new (std::nothrow) T[announced]);
+  if (!read && announced > 0) return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  for (int i = 0; i < announced; ++i)
+    if (std::fscanf(file.get(), format, &read[i]) != 1) return VEK_FAILURE;
+  T extra{};
+  if (std::fscanf(file.get(), format, &extra) == 1) return VEK_FAILURE;
+  values = read.release();
+  count = announced;
+  return VEK_SUCCESS;
+}
+
+}  // namespace
+
+int OutputNumbers::OutputIntFile(const char* fileName, const int* values, int count) {
+  return WriteNumbers(fileName, values, count, "%i\n");
+}
+
+int OutputNumbers::OutputFloatFile(const char* fileName, const float* values, int count) {
+  File file(std::fopen(fileName, "wb"));
+  if (!file) return VEK_FILE_NOT_FOUND;
+  std::fprintf(file.get(), "%i\n", count);
+  for (int i = 0; i < count; ++i) std::fprintf(file.get(), "%.8g\n", static_cast<double>(values[i]));
+  return std::ferror(file.get()) ? VEK_FAILURE : VEK_SUCCESS;
+}
+
+int OutputNumbers::OutputDoubleFile(const char* fileName, const double* values, int count) {
+  return WriteNumbers(fileName, values, count, "%.15g\n");
+}
+
+int OutputNumbers::OutputBoolFile(const char* fileName, const bool* values, int count) {
+  std::unique_ptr<int[]> asInts(new (std::nothrow) int[count > 0 ? count : 1]);
+  if (!asInts) return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  for (int i = 0; i < count; ++i) asInts[i] = values[i] ? 1 : 0;
+  return OutputIntFile(fileName, asInts.get(), count);
+}
+
+int OutputNumbers::OutputVector2File(const char* fileName, const vec2<float>* points, int count) {
+  std::unique_ptr<float[]> coordinates(new (std::nothrow) float[count > 0 ? 2 * count : 1]);
+  if (!coordinates) return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  for (int i = 0; i < count; ++i) {
+    coordinates[2 * i] = points[i].x;
+    coordinates[2 * i + 1] = points[i].y;
+  }
+  return OutputFloatFile(fileName, coordinates.get(), 2 * count);
+}
+
+int OutputNumbers::InputIntFile(const char* fileName, int*& values, int& count) {
+  return ReadNumbers(fileName, "%i", values, count);
+}
+
+int OutputNumbers::InputFloatFile(const char* fileName, float*& values, int& count) {
+  return ReadNumbers(fileName, "%f", values, count);
+}
+
+int OutputNumbers::InputDoubleFile(const char* fileName, double*& values, int& count) {
+  return ReadNumbers(fileName, "%lg", values, count);
+}
+
+int OutputNumbers::InputBoolFile(const char* fileName, bool*& values, int& count) {
+  values = nullptr;
+  int* asInts = nullptr;
+  int result = InputIntFile(fileName, asInts, count);
+  if (result != VEK_SUCCESS) return result;
+  std::unique_ptr<int[]> owned(asInts);
+  values = new (std::nothrow) bool[count > 0 ? count : 1];
+  if (!values) {
+    count = 0;
+    return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  }
+  for (int i = 0; i < count; ++i) values[i] = owned[i] > 0;
+  return VEK_SUCCESS;
+}
+
+int OutputNumbers::InputVector2File(const char* fileName, vec2<float>*& points, int& count) {
+  points = nullptr;
+  float* coordinates = nullptr;
+  int numCoordinates = 0;
+  count = 0;
+  int result = InputFloatFile(fileName, coordinates, numCoordinates);
+  if (result != VEK_SUCCESS) return result;
+  std::unique_ptr<float[]> owned(coordinates);
+  if (numCoordinates % 2 != 0) return VEK_FAILURE;
+  points = new (std::nothrow) vec2<float>[numCoordinates / 2 > 0 ? numCoordinates / 2 : 1];
+  if (!points) return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  count = numCoordinates / 2;
+  for (int i = 0; i < count; ++i) points[i] = vec2<float>(owned[2 * i], owned[2 * i + 1]);
+  return VEK_SUCCESS;
+}
+
+int OutputNumbers::ReadVectorArrayOfKnownLength(const char* fileName, vec2<float>* points, int expectedCount) {
+  vec2<float>* read = nullptr;
+  int count = 0;
+  int result = InputVector2File(fileName, read, count);
+  std::unique_ptr<vec2<float>[]> owned(read);
+  if (result != VEK_SUCCESS) return result;
+  if (count != expectedCount) return VEK_FAILURE;
+  for (int i = 0; i < count; ++i) points[i] = owned[i];
+  return VEK_SUCCESS;
+}
+
+}  // namespace vek

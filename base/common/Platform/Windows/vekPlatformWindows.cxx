@@ -1,0 +1,128 @@
+// Windows bodies of the platform layer.
+#include "vekPlatform.h"
+
+#include <windows.h>
+
+#include <cstdlib>
+
+namespace vek::platform {
+
+namespace {
+
+HWND g_editControl = nullptr;
+HWND g_frame = nullptr;
+constexpr char kWindowClass[] = "OutputWindow";
+
+HMODULE OwnModule() {
+  HMODULE module = nullptr;
+  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                     reinterpret_cast<LPCSTR>(&OwnModule), &module);
+  return module;
+}
+
+LRESULT CALLBACK OutputWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_DESTROY:
+      g_editControl = nullptr;
+      g_frame = nullptr;
+      return 0;
+    case WM_SIZE:
+      if (g_editControl) MoveWindow(g_editControl, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
+      return 0;
+    default:
+      return DefWindowProcA(window, message, wParam, lParam);
+  }
+}
+
+bool RegisterWindowClassOnce() {
+  static bool registered = false;
+  if (registered) return true;
+  WNDCLASSA windowClass{};
+  windowClass.style = CS_HREDRAW | CS_VREDRAW;
+  windowClass.lpfnWndProc = OutputWindowProcedure;
+  windowClass.hInstance = OwnModule();
+  windowClass.hIcon = LoadIcon(nullptr, IDI_APPLICATION);
+  windowClass.hCursor = LoadCursor(nullptr, IDC_ARROW);
+  windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+  windowClass.lpszClassName = kWindowClass;
+  registered = RegisterClassA(&windowClass) != 0;
+  return registered;
+}
+
+}  // namespace
+
+char PathSeparator() { return '\\'; }
+
+std::string ModuleDirectory() {
+  char path[MAX_PATH] = {};
+  DWORD length = GetModuleFileNameA(OwnModule(), path, MAX_PATH);
+  std::string name(path, length);
+  auto slash = name.find_last_of("\\/");
+  return slash == std::string::npos ? std::string(".\\") : name.substr(0, slash + 1);
+}
+
+std::string EnvironmentVariable(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
+}
+
+std::string DefaultBaseDirectory() { return "C:\\VeltraDisplay\\"; }
+
+int PrimaryLanguageId() { return static_cast<int>(GetThreadLocale() & 0x3FF); }
+
+bool ModuleResource(const std::string& moduleName, const std::string& type, int id, std::string& bytes) {
+  HMODULE module = GetModuleHandleA(moduleName.c_str());
+  if (!module) return false;
+  HRSRC resource = FindResourceA(module, MAKEINTRESOURCEA(id), type.c_str());
+  if (!resource) return false;
+  HGLOBAL loaded = LoadResource(module, resource);
+  const void* data = loaded ? LockResource(loaded) : nullptr;
+  if (!data) return false;
+  bytes.assign(static_cast<const char*>(data), SizeofResource(module, resource));
+  return true;
+}
+
+void RegisterModuleResource(const std::string&, const std::string&, int, const unsigned char*, std::size_t) {}
+
+bool TextWindowExists() { return g_editControl != nullptr; }
+
+bool TextWindowCreate() {
+  if (g_editControl) return true;
+  if (!RegisterWindowClassOnce()) return true;
+  g_frame = CreateWindowExA(0, kWindowClass, "OutputWindow", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0, 512,
+                            512, nullptr, nullptr, OwnModule(), nullptr);
+  if (!g_frame) return true;
+  RECT client{};
+  GetClientRect(g_frame, &client);
+  g_editControl = CreateWindowExA(
+      0, "EDIT", "",
+      WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL,
+      0, 0, client.right - client.left, client.bottom - client.top, g_frame, nullptr, OwnModule(), nullptr);
+  if (g_editControl) SendMessageA(g_editControl, EM_SETLIMITTEXT, kTextWindowLimit, 0);
+  ShowWindow(g_frame, SW_SHOW);
+  return true;
+}
+
+void TextWindowAppend(const std::string& text) {
+  if (!g_editControl) return;
+  LRESULT length = SendMessageA(g_editControl, WM_GETTEXTLENGTH, 0, 0);
+  SendMessageA(g_editControl, EM_SETSEL, static_cast<WPARAM>(length), length);
+  SendMessageA(g_editControl, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+std::string TextWindowText() {
+  if (!g_editControl) return "";
+  int length = GetWindowTextLengthA(g_editControl);
+  std::string text(static_cast<std::size_t>(length) + 1, '\0');
+  int copied = GetWindowTextA(g_editControl, text.data(), length + 1);
+  text.resize(static_cast<std::size_t>(copied));
+  return text;
+}
+
+void TextWindowDestroy() {
+  if (g_frame) DestroyWindow(g_frame);
+  g_frame = nullptr;
+  g_editControl = nullptr;
+}
+
+}  // namespace vek::platform

@@ -1,0 +1,55 @@
+#pragma once
+#include <cstddef>
+#include <string>
+
+#include "vekCommonExport.h"
+
+// The one place that knows which operating system runs the library. Everything else calls these
+// plain functions; each has a Windows body and a POSIX body.
+namespace vek::platform {
+
+/// The native path separator ('\\' on Windows, '/' elsewhere).
+VEK_EXPORT char PathSeparator();
+
+/// The folder of the loaded library module itself, ending in a separator.
+VEK_EXPORT std::string ModuleDirectory();
+
+/// The base folder used when no base directory is given and VEK_BASE_DIR is not set, ending in a
+/// separator. Windows: "C:\VeltraDisplay\". POSIX: $XDG_DATA_HOME/VeltraDisplay/, else
+/// $HOME/.local/share/VeltraDisplay/, else /tmp/VeltraDisplay/.
+VEK_EXPORT std::string DefaultBaseDirectory();
+
+/// The value of an environment variable, or "" when it is not set.
+VEK_EXPORT std::string EnvironmentVariable(const char* name);
+
+/// The Windows primary language identifier of the user's language (9 English, 7 German, 12 French,
+/// 17 Japanese, ...). Windows: the thread locale masked with 0x3FF. POSIX: the first of LC_ALL,
+/// LC_MESSAGES and LANG that is set and not empty, read by its two-letter code; 9 when none is set,
+/// for "C" and "POSIX", and for languages without a Windows identifier in the table.
+VEK_EXPORT int PrimaryLanguageId();
+
+/// Copies the bytes of resource (type, id) of the loaded module `moduleName` into `bytes`.
+/// Returns false when the module is not loaded or has no such resource. On Windows these are real
+/// module resources; elsewhere they are what the module registered with RegisterModuleResource.
+VEK_EXPORT bool ModuleResource(const std::string& moduleName, const std::string& type, int id,
+                               std::string& bytes);
+
+/// Records a resource of a module in the process-wide resource table (POSIX). The bytes are not
+/// copied: they must live as long as the module (static data of the module). A no-op on Windows,
+/// where the loader owns the resources.
+VEK_EXPORT void RegisterModuleResource(const std::string& moduleName, const std::string& type, int id,
+                                       const unsigned char* data, std::size_t size);
+
+// The text window of the output channels. Windows: a top-level window holding a read-only,
+// multi-line, scrolling edit control. POSIX: an in-memory buffer with the same text limit.
+inline constexpr std::size_t kTextWindowLimit = 5242880;
+VEK_EXPORT bool TextWindowExists();
+/// Creates the window if it does not exist; always returns true, as the channel never fails.
+VEK_EXPORT bool TextWindowCreate();
+/// Appends text at the end (as far as the text limit allows).
+VEK_EXPORT void TextWindowAppend(const std::string& text);
+/// The window's current text ("" when there is no window).
+VEK_EXPORT std::string TextWindowText();
+VEK_EXPORT void TextWindowDestroy();
+
+}  // namespace vek::platform
