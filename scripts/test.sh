@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Sets everything up, then builds and runs every test: Linux, Linux under AddressSanitizer and
+# UndefinedBehaviorSanitizer, and the Windows DLL under Wine. Fails if any of the three fails.
+set -uo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/setup.sh || exit 1
+
+jobs=${VEK_JOBS:-2}
+failed=()
+
+run_suite() {  # name, build dir, cmake arguments...
+  local name=$1 dir=$2
+  shift 2
+  echo "=== $name ==="
+  if ! cmake -S . -B "$dir" "$@" >"$dir.configure.log" 2>&1; then
+    cat "$dir.configure.log"
+    failed+=("$name (configure)")
+    return
+  fi
+  if ! cmake --build "$dir" -j"$jobs" >"$dir.build.log" 2>&1; then
+    grep -E -B2 -A12 'error|Error' "$dir.build.log" | head -150
+    failed+=("$name (build)")
+    return
+  fi
+  grep -E 'warning:' "$dir.build.log" | sort -u | head -40
+  local runner=()
+  [ "$name" = windows ] && runner=(xvfb-run -a)
+  if ! (cd "$dir" && "${runner[@]}" ctest --output-on-failure -j"$jobs"); then
+    failed+=("$name (tests)")
+  fi
+}
+
+mkdir -p build
+run_suite linux build/linux -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVEK_BUILD_BENCHMARKS=ON
+run_suite sanitizers build/sanitizers -DCMAKE_BUILD_TYPE=Debug -DVEK_SANITIZE=ON
+run_suite windows build/windows -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+  -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64-x86_64.cmake"
+
+if [ ${#failed[@]} -gt 0 ]; then
+  echo "FAILED: ${failed[*]}"
+  exit 1
+fi
+echo "All test suites passed (linux, sanitizers, windows)."
