@@ -32,6 +32,20 @@ run_suite() {  # name, build dir, cmake arguments...
 
 mkdir -p build
 run_suite linux build/linux -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVEK_BUILD_BENCHMARKS=ON
+# The installed package must work for a client that only uses find_package(vek).
+if [ -d build/linux/bin ]; then
+  echo "=== package ==="
+  rm -rf build/install build/client
+  if cmake --install build/linux --prefix build/install >/dev/null &&
+     cmake -S tests/package -B build/client -DCMAKE_PREFIX_PATH="$PWD/build/install" >/dev/null &&
+     cmake --build build/client >/dev/null &&
+     VEK_BASE_DIR="$PWD/build/client/base" LD_LIBRARY_PATH="$PWD/build/install/lib" build/client/vekClient; then
+    echo "package: installed library found and linked by a client"
+  else
+    failed+=("package")
+  fi
+fi
+
 run_suite sanitizers build/sanitizers -DCMAKE_BUILD_TYPE=Debug -DVEK_SANITIZE=ON
 run_suite windows build/windows -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64-x86_64.cmake"
