@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <regex>
+#include <sstream>
+
+#include "vekErrorCodes.h"
+#include "vekKeystoneWarp.h"
+#include "vekOutputFile.h"
+#include "vekSmartPointer.h"
+#include "vekTestSupport.h"
+
+namespace vek {
+namespace {
+
+using WarpPtr = SmartPointer<KeystoneWarp>;
+
+class LogCapture {
+ public:
+  LogCapture() { OutputFile::SetFileName(Dir.File("log.txt").c_str()); }
+  ~LogCapture() { OutputFile::Destroy(); }
+  std::string Text() const { return test::ReadFile(Dir.File("log.txt")); }
+
+ private:
+  test::TempDirectory Dir;
+};
+
+// q = (0.5, 0.5, 0.5) has w = 0.5 and is the 120 degree turn about the diagonal, exactly the
+// axis cycle R = [0 0 1; 1 0 0; 0 1 0]: camera = (t0, x + t1, y + t2) for the surface point (x, y).
+const double kCycle[7] = {0.5, 0.5, 0.5, 1, 2, 10, 100};
+
+WarpPtr MakeWarp(const double* parameters) {
+  auto warp = WarpPtr::New();
+  warp->SetParameters(parameters);
+  warp->SetCameraCenterFromCameraSize(641, 481);  // centre (320, 240)
+  return warp;
+}
+
+TEST(KeystoneWarp, InitialisedOnlyWithParametersAndCentre) {
+  auto warp = WarpPtr::New();
+  EXPECT_EQ(warp->IsInitialized(), 0);
+  EXPECT_EQ(warp->GetCenterX(), static_cast<double>(-1444.4444f));
+  warp->SetParameters(kCycle);
+  EXPECT_EQ(warp->IsInitialized(), 0);
+  warp->SetCameraCenterFromCameraSize(640, 480);
+  EXPECT_EQ(warp->GetCenterX(), 319.5);
+  EXPECT_EQ(warp->GetCenterY(), 239.5);
+  EXPECT_EQ(warp->IsInitialized(), 1);
+}
+
+TEST(KeystoneWarp, ForwardOfKnownPoses) {
+  const double identity[7] = {0, 0, 0, 1, 2, 10, 100};
+  auto warp = MakeWarp(identity);
+  double tx, ty, tz, u, v;
+  warp->GetRinvT(tx, ty, tz);
+  EXPECT_TRUE(tx == 1 && ty == 2 && tz == 10);
+  warp->Forward(0.0, 0.0, u, v);
+  EXPECT_DOUBLE_EQ(u, 330.0);
+  EXPECT_DOUBLE_EQ(v, 260.0);
+  warp->ThreeDForward(0, 0, 5, u, v);  // camera (1, 2, 15)
+  EXPECT_DOUBLE_EQ(u, 320 + 100.0 / 15);
+  warp->ThreeDForward(0, 0, -10, u, v);  // on the camera plane: untouched
+  EXPECT_DOUBLE_EQ(u, 320 + 100.0 / 15);
+
+  warp = MakeWarp(kCycle);
+  warp->GetRinvT(tx, ty, tz);  // R^T t = (t1, t2, t0)
+  EXPECT_TRUE(tx == 2 && ty == 10 && tz == 1);
+  warp->Forward(3.0, 4.0, u, v);  // camera (1, 5, 14)
+  EXPECT_DOUBLE_EQ(u, 320 + 100.0 / 14);
+  EXPECT_DOUBLE_EQ(v, 240 + 500.0 / 14);
+
+  // A tilt of 0.3 about x: camera = (x + 0.5, cos 0.3 y - 0.3, sin 0.3 y + 5).
+  const double tilt[7] = {std::sin(0.15), 0, 0, 0.5, -0.3, 5, 800};
+  warp = MakeWarp(tilt);
+  warp->Forward(1.0, 2.0, u, v);
+  const double z = 2 * std::sin(0.3) + 5;
+  EXPECT_NEAR(u, 800 * 1.5 / z + 320, 1e-9);
+  EXPECT_NEAR(v, 800 * (2 * std::cos(0.3) - 0.3) / z + 240, 1e-9);
+}
+
+TEST(KeystoneWarp, InvertRoundTripsAndAgreesWithInvertB) {
+  const double pose[7] = {0.1, -0.2, 0.05, -0.4, 0.3, 6, 900};
+  auto warp = MakeWarp(pose);
+  for (auto [x, y] : {std::pair{0.0, 0.0}, {1.5, -0.75}, {-2.0, 2.5}}) {
+    double u, v, xa = 99, ya = 99, xb = 99, yb = 99;
+    warp->Forward(x, y, u, v);
+    ASSERT_EQ(warp->Invert(u, v, xa, ya), 0);
+    ASSERT_EQ(warp->InvertB(u, v, xb, yb), 0);
+    EXPECT_NEAR(xa, x, 1e-9);
+    EXPECT_NEAR(ya, y, 1e-9);
+    EXPECT_NEAR(xb, xa, 1e-9);
+    EXPECT_NEAR(yb, ya, 1e-9);
+  }
+}
+
+TEST(KeystoneWarp, RayParallelToThePlaneFails) {
+  // With the axis cycle the ray of pixel (u, v) has z component (u - cx) / f.
+  auto warp = MakeWarp(kCycle);
+  double rx, ry, rz;
+  warp->GetRinvCamera(320, 250, rx, ry, rz);
+  EXPECT_TRUE(rx == 0.1 && ry == 1 && rz == 0);
+  double x = 7, y = 8;
+  EXPECT_EQ(warp->Invert(320.0, 250.0, x, y), 1);
+  EXPECT_EQ(warp->InvertB(320.0, 250.0, x, y), 1);
+  EXPECT_TRUE(x == 7 && y == 8);
+  float xf = 7, yf = 8;
+  EXPECT_EQ(warp->Invert(320.0f, 250.0f, xf, yf), 1);
+  EXPECT_TRUE(xf == 7 && yf == 8);
+}
+
+TEST(KeystoneWarp, PartialRotationLeavesThirdColumn) {
+  double m[3][3] = {{9, 9, 9}, {9, 9, 9}, {9, 9, 9}};
+  KeystoneWarp::UpdatePartialRotationMatrix(kCycle, m);
+  const double expected[3][3] = {{0, 0, 9}, {1, 0, 9}, {0, 1, 9}};
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j) EXPECT_EQ(m[i][j], expected[i][j]) << i << j;
+  EXPECT_EQ(KeystoneWarp::get_quaternion_real(kCycle), 0.5);
+}
+
+TEST(KeystoneWarp, OverlongQuaternionReportsOnceWithTranslationX) {
+  LogCapture log;
+  const double parameters[7] = {0.8, 0.8, 0, 5, 6, 7, 100};
+  auto warp = WarpPtr::New();
+  warp->SetParameters(parameters);
+  const std::string text = log.Text();
+  const std::regex line("ERROR:vekKeystoneWarp, [0-9]+: This should not happen, sum is bigger than 1"
+                        "0\\.8 0\\.8 0 5 :1\\.28\n");
+  EXPECT_EQ(std::distance(std::sregex_iterator(text.begin(), text.end(), line), std::sregex_iterator()), 1) << text;
+  // Real part 0: R^T t, column 0 of R being (1 - 2 y^2, 2 x y, 2 x z) = (-0.28, 1.28, 0).
+  double tx, ty, tz;
+  warp->GetRinvT(tx, ty, tz);
+  EXPECT_NEAR(tx, -0.28 * 5 + 1.28 * 6, 1e-12);
+}
+
+TEST(KeystoneWarp, NumberFileOfSevenFloats) {
+  test::TempDirectory dir;
+  const std::string name = dir.File("keystone.txt");
+  auto warp = MakeWarp(kCycle);
+  ASSERT_EQ(warp->Write(name.c_str()), 0);
+  EXPECT_EQ(test::ReadFile(name), "7\n0.5\n0.5\n0.5\n1\n2\n10\n100\n");
+
+  test::WriteFile(name, "7\n0\n0\n0\n1.5\n2\n10\n50\n");
+  auto read = WarpPtr::New();
+  ASSERT_EQ(read->Read(name.c_str()), 0);
+  double p[7];
+  read->GetParameters(p);
+  EXPECT_TRUE(p[3] == 1.5 && p[6] == 50.0);
+
+  test::WriteFile(name, "6\n0\n0\n0\n1\n2\n3\n");
+  EXPECT_EQ(read->Read(name.c_str()), 1);
+  read->GetParameters(p);
+  EXPECT_EQ(p[3], 1.5);
+  test::WriteFile(name, "7\n0\n0\n");
+  EXPECT_EQ(read->Read(name.c_str()), VEK_FAILURE);
+  EXPECT_EQ(read->Read(dir.File("missing.txt").c_str()), VEK_FILE_NOT_FOUND);
+}
+
+TEST(KeystoneWarp, PrintsEveryLabel) {
+  auto warp = MakeWarp(kCycle);
+  std::ostringstream out;
+  warp->PrintSelf(out, Indent(2));
+  EXPECT_EQ(out.str(),
+            "  Reference Count: 1\n"
+            "  Quaternion: 0.5 0.5 0.5\n"
+            "  Translation: 1 2 10\n"
+            "  Focal_Length: 100\n"
+            "  Center: 320 240\n"
+            "  Rotation Matrix: 0 0 1 1 0 0 0 1 0\n"
+            "  Cached for Inverting Trans: 2 10 1\n");
+}
+
+}  // namespace
+}  // namespace vek
