@@ -1,12 +1,15 @@
 // The vek command-line tool: a window onto the library for people running calibrations.
 //   vek version                      the library version
 //   vek error CODE [--language LL]   the status code's name and message (LL: en, de, fr, ja)
+//   vek option get KEY               an option's value text
+//   vek option set KEY TYPE VALUE    sets an option (TYPE: Int, Float, Double, Bool, String, ...Array)
 #include <cstdlib>
 #include <iostream>
 #include <string>
 
 #include "vekConfigurationDatabase.h"
 #include "vekErrorHelper.h"
+#include "vekSmartPointer.h"
 #include "vekTextConversion.h"
 #include "vekVersion.h"
 
@@ -14,7 +17,9 @@ namespace {
 
 int Usage() {
   std::cerr << "usage: vek version\n"
-               "       vek error CODE [--language en|de|fr|ja]\n";
+               "       vek error CODE [--language en|de|fr|ja]\n"
+               "       vek option get KEY\n"
+               "       vek option set KEY TYPE VALUE\n";
   return 2;
 }
 
@@ -47,6 +52,29 @@ int ShowError(int argc, char** argv) {
   return 0;
 }
 
+// Reports a failed status on standard error; returns the process exit code.
+int Report(int status) {
+  if (status == VEK_SUCCESS) return 0;
+  std::cerr << "vek: " << vek::ErrorHelper::GetErrorName(status) << ": "
+            << vek::ErrorHelper::GetErrorMessageWithNoExtras(status) << "\n";
+  return 1;
+}
+
+int Option(int argc, char** argv) {
+  std::string action = argc > 2 ? argv[2] : "";
+  bool get = action == "get" && argc == 4;
+  bool set = action == "set" && argc == 6;
+  if (!get && !set) return Usage();
+  vek::SmartPointer<vek::ConfigurationDatabase> store = vek::SmartPointer<vek::ConfigurationDatabase>::New();
+  int status = store->LoadOptionsDatabase();
+  if (status != VEK_SUCCESS) return Report(status);
+  if (set) return Report(store->SetOptionAsString(argv[3], argv[4], argv[5]));
+  std::string value;
+  status = store->GetOptionAsString(argv[3], value);
+  if (status == VEK_SUCCESS) std::cout << value << "\n";
+  return Report(status);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -57,5 +85,6 @@ int main(int argc, char** argv) {
     return 0;
   }
   if (command == "error") return ShowError(argc, argv);
+  if (command == "option") return Option(argc, argv);
   return Usage();
 }

@@ -1,18 +1,37 @@
 #pragma once
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "vekLanguageTables.h"
 #include "vekObject.h"
+#include "vekOptionFile.h"
 
 namespace vek {
+
+/// How prominently an option is shown; compared with the option "AdvancedOptionsVisibilityThreshold".
+enum OptionVisibility : int { OptionVisibilityHidden = 0, OptionVisibilityNewOption = 2 };
 
 /// The option store of the calibration suite, and the public face of the language tables and of
 /// the directory service. Each client makes its own instance; instances share only the files,
 /// the configuration lock and the language tables.
+///
+/// The files are the store: every read scans the file again and every write rewrites it (see
+/// OptionFile for the line rules, the crash-safe rewrite and the lock against other processes),
+/// so an edit by hand or by another program is seen at the next call, and the last line for a
+/// key wins. Options live in the configuration directory: KOROptions.txt (current values),
+/// KOROptionDefaults.txt (factory values) and KOROptionInfo.txt (type, visibility, default,
+/// range). Call LoadOptionsDatabase (or ImportDefaultOptions) first; before that every member
+/// that needs a file answers VEK_FILE_NOT_FOUND. All members run under the configuration lock.
+///
+/// Keys are single words that do not start with "#"; a key or value that would change the
+/// file's line structure (a line break, a line longer than 511 characters) is refused with
+/// VEK_INVALID_PARAMETERS and nothing is written. The typed members exist for int, float,
+/// double, bool and std::string (lists: int, float, bool, std::string).
 class VEK_EXPORT ConfigurationDatabase : public Object {
  public:
   static constexpr int kNoCalibrationGroup = -1;
+  static constexpr int kDefaultVisibilityThreshold = 2;
 
   static ConfigurationDatabase* New();
   const char* GetClassName() const override { return "ConfigurationDatabase"; }
@@ -23,6 +42,78 @@ class VEK_EXPORT ConfigurationDatabase : public Object {
 
   /// The configuration directory of the directory service, ending in a separator.
   static std::string GetConfigurationDirectory();
+
+  /// Sets the file paths and refills the initialisation settings: Initialization, then the
+  /// defaults file, then the options file (current values win), then ServiceAdvancedOptions.
+  /// Creates an empty options file when there is none.
+  int LoadOptionsDatabase();
+  /// Loads, adds to the defaults file every described default it lacks, and gives the
+  /// installation a random "NetworkGroupId" when it is -1.
+  int ImportDefaultOptions();
+  const std::string& GetOptionsFileName() const { return OptionsFile; }
+  const std::string& GetDefaultsFileName() const { return DefaultsFile; }
+  const std::string& GetOptionInfoFileName() const { return InfoFile; }
+
+  /// The value of the last line for `key`; the described default when there is none.
+  template <class T>
+  int GetOption(const std::string& key, T& value);
+  /// An option with no line reads as an empty list.
+  template <class T>
+  int GetOption(const std::string& key, std::vector<T>& values);
+  /// Writes the options file, registers a new option in the info file, and reloads.
+  template <class T>
+  int SetOption(const std::string& key, const T& value) {
+    return SetOption(key, value, OptionsFile);
+  }
+  template <class T>
+  int GetOptionDefault(const std::string& key, T& value);
+  /// The described range, or the whole range of the type when none is described.
+  template <class T>
+  int GetOptionRange(const std::string& key, T& minimum, T& maximum);
+  template <class T>
+  int AddItemToOption(const std::string& key, const T& item);
+  /// Removes the last element equal to `item`.
+  template <class T>
+  int RemoveItemFromOption(const std::string& key, const T& item);
+  /// The index of the first element equal to `item`, or -1 (an index, not a status code).
+  template <class T>
+  int GetOptionItemIndex(const std::string& key, const T& item);
+
+  virtual int SetOptionAsString(const std::string& key, const std::string& type, const std::string& valueText) {
+    return SetOptionAsString(key, type, valueText, OptionsFile);
+  }
+  virtual int GetOptionAsString(const std::string& key, std::string& valueText);
+  virtual int GetOptionDefaultAsString(const std::string& key, std::string& valueText);
+  /// "Unknown" when the info file has no line for the key.
+  virtual int GetOptionType(const std::string& key, std::string& type);
+  int GetOptionVisibility(const std::string& key, OptionVisibility& visibility);
+  virtual int SetOptionVisibility(const std::string& key, const OptionVisibility& visibility) {
+    return SetOptionVisibility(InfoFile, key, visibility);
+  }
+  static int SetOptionVisibility(const std::string& infoFile, const std::string& key,
+                                 const OptionVisibility& visibility);
+  int GetOptionList(std::vector<std::string>& names, bool visibleOnly);
+  /// Names as GetOptionList gives them, each with its value text ("" when it has no line).
+  int GetOptionListWithValue(std::vector<std::string>& names, std::vector<std::string>& values, bool visibleOnly);
+  int DeleteOption(const std::string& key);
+
+  // The file primitives (see OptionFile).
+  static int GetFileLines(const std::string& file, std::vector<std::string>& lines) {
+    return OptionFile::GetFileLines(file, lines);
+  }
+  static void Tokenize(const std::string& text, std::vector<std::string>& tokens,
+                       const std::string& delimiters = OptionFile::kDelimiters) {
+    OptionFile::Tokenize(text, tokens, delimiters);
+  }
+  static int GetLastMatchingLine(const std::string& file, const std::string& key, std::string& line) {
+    return OptionFile::GetLastMatchingLine(file, key, line);
+  }
+  static int AddOrModifyOneLine(const std::string& file, const std::string& key, const std::string& newLine) {
+    return OptionFile::AddOrModifyOneLine(file, key, newLine);
+  }
+  static int MergeOptionInfoFiles(const std::string& first, const std::string& second, const std::string& result) {
+    return OptionFile::MergeOptionInfoFiles(first, second, result);
+  }
 
   // Language tables (see LanguageTables for the rules).
   static void SetLanguage(const std::string& code) { LanguageTables::SetLanguage(code); }
@@ -61,8 +152,52 @@ class VEK_EXPORT ConfigurationDatabase : public Object {
   ConfigurationDatabase() = default;
   ~ConfigurationDatabase() override = default;
 
+  template <class T>
+  int SetOption(const std::string& key, const T& value, const std::string& file);
+  virtual int SetOptionAsString(const std::string& key, const std::string& type, const std::string& valueText,
+                                const std::string& file);
+  /// The key's info line split into columns; "" columns when the key has no line.
+  int GetOptionInfo(const std::string& key, std::string& type, std::string& defaultText, std::string& minimum,
+                    std::string& maximum, int* visibility = nullptr);
+  int WalkOptionList(std::vector<std::string>& names, std::vector<std::string>* values, bool visibleOnly);
+
  private:
   int CalibrationGroupId = kNoCalibrationGroup;
+  std::string OptionsFile;
+  std::string DefaultsFile;
+  std::string InfoFile;
 };
+
+#define VEK_CONFIGURATION_SCALAR(T)                                                                 \
+  extern template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, T&);        \
+  extern template VEK_EXPORT int ConfigurationDatabase::SetOption<T>(const std::string&, const T&,   \
+                                                                     const std::string&);           \
+  extern template VEK_EXPORT int ConfigurationDatabase::GetOptionDefault<T>(const std::string&, T&);
+VEK_CONFIGURATION_SCALAR(int)
+VEK_CONFIGURATION_SCALAR(float)
+VEK_CONFIGURATION_SCALAR(double)
+VEK_CONFIGURATION_SCALAR(bool)
+VEK_CONFIGURATION_SCALAR(std::string)
+#undef VEK_CONFIGURATION_SCALAR
+#define VEK_CONFIGURATION_LIST(T)                                                                            \
+  extern template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, std::vector<T>&);  \
+  extern template VEK_EXPORT int ConfigurationDatabase::SetOption<std::vector<T>>(                          \
+      const std::string&, const std::vector<T>&, const std::string&);
+VEK_CONFIGURATION_LIST(int)
+VEK_CONFIGURATION_LIST(float)
+VEK_CONFIGURATION_LIST(bool)
+VEK_CONFIGURATION_LIST(std::string)
+#undef VEK_CONFIGURATION_LIST
+#define VEK_CONFIGURATION_ITEMS(T)                                                                              \
+  extern template VEK_EXPORT int ConfigurationDatabase::AddItemToOption<T>(const std::string&, const T&);      \
+  extern template VEK_EXPORT int ConfigurationDatabase::RemoveItemFromOption<T>(const std::string&, const T&); \
+  extern template VEK_EXPORT int ConfigurationDatabase::GetOptionItemIndex<T>(const std::string&, const T&);
+VEK_CONFIGURATION_ITEMS(int)
+VEK_CONFIGURATION_ITEMS(float)
+VEK_CONFIGURATION_ITEMS(std::string)
+#undef VEK_CONFIGURATION_ITEMS
+extern template VEK_EXPORT int ConfigurationDatabase::GetOptionRange<int>(const std::string&, int&, int&);
+extern template VEK_EXPORT int ConfigurationDatabase::GetOptionRange<float>(const std::string&, float&, float&);
+extern template VEK_EXPORT int ConfigurationDatabase::GetOptionRange<double>(const std::string&, double&, double&);
 
 }  // namespace vek

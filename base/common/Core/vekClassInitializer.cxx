@@ -235,6 +235,16 @@ int ClassInitializer::GetNumberOfLines() {
   return m_InitData ? static_cast<int>(m_InitData->Lines.size()) : 0;
 }
 
+void ClassInitializer::SetCalibrationGroupId(int id) {
+  RecursiveLockGuard lock(RecursiveLock::ClassInitializerLock());
+  if (m_InitData) m_InitData->CalibrationGroupId = id;
+}
+
+int ClassInitializer::GetCalibrationGroupId() {
+  RecursiveLockGuard lock(RecursiveLock::ClassInitializerLock());
+  return m_InitData ? m_InitData->CalibrationGroupId : -1;
+}
+
 void ClassInitializer::PrintSelf(std::ostream& os, Indent indent) const {
   DirectoryInitializer::PrintSelf(os, indent);
   os << indent << "Num Lines " << Lines.size() << "\n";

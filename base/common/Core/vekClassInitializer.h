@@ -57,6 +57,9 @@ class VEK_EXPORT ClassInitializer : public DirectoryInitializer {
   static void GetReportGets();
   static void PrintMe(std::ostream& os);
   static int GetNumberOfLines();
+  /// The calibration group of the configuration that filled the settings (-1: none).
+  static void SetCalibrationGroupId(int id);
+  static int GetCalibrationGroupId();
 
  protected:
   ClassInitializer() = default;
@@ -70,6 +73,7 @@ class VEK_EXPORT ClassInitializer : public DirectoryInitializer {
 
  private:
   friend class ClassInitializerCleanup;
+  friend class ConfigurationDatabase;  // fills the settings from the option files
 
   /// The value words of the last line named `name`, or null when none matches.
   const std::string* FindValue(const char* name) const;
@@ -80,6 +84,7 @@ class VEK_EXPORT ClassInitializer : public DirectoryInitializer {
 
   std::vector<TokenLine> Lines;
   bool ReportGets = false;
+  int CalibrationGroupId = -1;
 
   static ClassInitializer* m_InitData;
 };

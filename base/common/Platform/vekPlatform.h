@@ -40,6 +40,31 @@ VEK_EXPORT bool ModuleResource(const std::string& moduleName, const std::string&
 VEK_EXPORT void RegisterModuleResource(const std::string& moduleName, const std::string& type, int id,
                                        const unsigned char* data, std::size_t size);
 
+/// Writes `bytes` to `path` (created or truncated) and forces them to the disk before returning,
+/// so that a crash afterwards cannot leave the file short. Returns false on any failure.
+VEK_EXPORT bool WriteFileDurably(const std::string& path, const std::string& bytes);
+
+/// Replaces `target` by `source` in one step (POSIX rename; Windows MoveFileEx with replace and
+/// write-through): other readers see the old file or the new one, never a missing or partial one.
+VEK_EXPORT bool ReplaceFileAtomically(const std::string& source, const std::string& target);
+
+/// An exclusive lock on a lock file, honoured by every process that takes the same lock (POSIX
+/// flock, Windows LockFileEx). The constructor waits until the lock is granted; the destructor
+/// releases it. IsLocked() is false when the lock file could not be opened.
+class VEK_EXPORT FileLock {
+ public:
+  explicit FileLock(const std::string& lockFile);
+  ~FileLock();
+  bool IsLocked() const { return Locked; }
+
+ private:
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+
+  void* Handle = nullptr;  // the open lock file (a descriptor on POSIX, a HANDLE on Windows)
+  bool Locked = false;
+};
+
 // The text window of the output channels. Windows: a top-level window holding a read-only,
 // multi-line, scrolling edit control. POSIX: an in-memory buffer with the same text limit.
 inline constexpr std::size_t kTextWindowLimit = 5242880;

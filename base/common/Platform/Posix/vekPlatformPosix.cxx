@@ -2,9 +2,14 @@
 #include "vekPlatform.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <map>
 #include <mutex>
@@ -105,6 +110,56 @@ void RegisterModuleResource(const std::string& moduleName, const std::string& ty
                             const unsigned char* data, std::size_t size) {
   std::lock_guard<std::mutex> lock(ResourceMutex());
   ResourceTable()[{moduleName, type, id}] = {data, size};
+}
+
+bool WriteFileDurably(const std::string& path, const std::string& bytes) {
+  int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (fd < 0) return false;
+  const char* data = bytes.data();
+  std::size_t left = bytes.size();
+  bool ok = true;
+  while (ok && left > 0) {
+    ssize_t written = ::write(fd, data, left);
+    if (written < 0 && errno == EINTR) continue;
+    ok = written > 0;
+    if (ok) {
+      data += written;
+      left -= static_cast<std::size_t>(written);
+    }
+  }
+  ok = ok && ::fsync(fd) == 0;
+  return ::close(fd) == 0 && ok;
+}
+
+bool ReplaceFileAtomically(const std::string& source, const std::string& target) {
+  if (::rename(source.c_str(), target.c_str()) != 0) return false;
+  // Make the new directory entry itself durable; failing that is no reason to report failure.
+  auto slash = target.find_last_of('/');
+  std::string folder = slash == std::string::npos ? std::string(".") : target.substr(0, slash + 1);
+  int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd >= 0) {
+    ::fsync(fd);
+    ::close(fd);
+  }
+  return true;
+}
+
+FileLock::FileLock(const std::string& lockFile) {
+  int fd = ::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  if (fd < 0) return;
+  int result;
+  do {
+    result = ::flock(fd, LOCK_EX);
+  } while (result != 0 && errno == EINTR);
+  Handle = reinterpret_cast<void*>(static_cast<std::intptr_t>(fd));
+  Locked = result == 0;
+}
+
+FileLock::~FileLock() {
+  if (!Handle) return;
+  int fd = static_cast<int>(reinterpret_cast<std::intptr_t>(Handle));
+  if (Locked) ::flock(fd, LOCK_UN);
+  ::close(fd);
 }
 
 bool TextWindowExists() { return g_windowExists; }

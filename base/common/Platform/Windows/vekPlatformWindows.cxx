@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace vek::platform {
@@ -83,6 +84,45 @@ bool ModuleResource(const std::string& moduleName, const std::string& type, int 
 }
 
 void RegisterModuleResource(const std::string&, const std::string&, int, const unsigned char*, std::size_t) {}
+
+bool WriteFileDurably(const std::string& path, const std::string& bytes) {
+  HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  bool ok = true;
+  std::size_t offset = 0;
+  while (ok && offset < bytes.size()) {
+    DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - offset, 1u << 30));
+    DWORD written = 0;
+    ok = WriteFile(file, bytes.data() + offset, chunk, &written, nullptr) && written > 0;
+    offset += written;
+  }
+  ok = ok && FlushFileBuffers(file);
+  return CloseHandle(file) && ok;
+}
+
+bool ReplaceFileAtomically(const std::string& source, const std::string& target) {
+  return MoveFileExA(source.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+FileLock::FileLock(const std::string& lockFile) {
+  HANDLE file = CreateFileA(lockFile.c_str(), GENERIC_READ | GENERIC_WRITE,
+                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return;
+  Handle = file;
+  OVERLAPPED whole{};
+  Locked = LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK, 0, MAXDWORD, MAXDWORD, &whole) != 0;
+}
+
+FileLock::~FileLock() {
+  if (!Handle) return;
+  if (Locked) {
+    OVERLAPPED whole{};
+    UnlockFileEx(Handle, 0, MAXDWORD, MAXDWORD, &whole);
+  }
+  CloseHandle(Handle);
+}
 
 bool TextWindowExists() { return g_editControl != nullptr; }
 
