@@ -16,17 +16,6 @@ namespace {
 using MatrixPtr = SmartPointer<Matrix3x3>;
 constexpr double kHalfPi = std::numbers::pi / 2;
 
-// Sends the debug log to a fresh file for the life of the object.
-class LogCapture {
- public:
-  LogCapture() { OutputFile::SetFileName(Dir.File("log.txt").c_str()); }
-  ~LogCapture() { OutputFile::Destroy(); }
-  std::string Text() const { return test::ReadFile(Dir.File("log.txt")); }
-
- private:
-  test::TempDirectory Dir;
-};
-
 class OpenMatrix : public Matrix3x3 {
  public:
   static OpenMatrix* New() { return new OpenMatrix; }
@@ -101,7 +90,7 @@ TEST(Matrix3x3, Inversions) {
 }
 
 TEST(Matrix3x3, Invert2x2PortionWarnsOnTinyDeterminantAndStillDivides) {
-  LogCapture log;
+  test::LogCapture log;
   auto m = Make({0.01, 0, 0, 0, 0.005, 0, 0, 0, 1});
   m->Invert2x2Portion();
   EXPECT_NEAR(m->GetElement(1, 1), 200.0, 1e-9);
@@ -185,7 +174,7 @@ TEST(Matrix3x3, QuaternionBridges) {
 }
 
 TEST(Matrix3x3, OverlongQuaternionReportsAndUsesZeroRealPart) {
-  LogCapture log;
+  test::LogCapture log;
   const double q[4] = {0.8, 0.8, 0.0, 0.5};
   EXPECT_EQ(OpenMatrix::QuaternionReal(q), 0.0);
   EXPECT_TRUE(std::regex_search(log.Text(), std::regex("ERROR:vekMatrix3x3, [0-9]+: This should not happen, sum is "

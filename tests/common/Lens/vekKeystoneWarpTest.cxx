@@ -15,16 +15,6 @@ namespace {
 
 using WarpPtr = SmartPointer<KeystoneWarp>;
 
-class LogCapture {
- public:
-  LogCapture() { OutputFile::SetFileName(Dir.File("log.txt").c_str()); }
-  ~LogCapture() { OutputFile::Destroy(); }
-  std::string Text() const { return test::ReadFile(Dir.File("log.txt")); }
-
- private:
-  test::TempDirectory Dir;
-};
-
 // q = (0.5, 0.5, 0.5) has w = 0.5 and is the 120 degree turn about the diagonal, exactly the
 // axis cycle R = [0 0 1; 1 0 0; 0 1 0]: camera = (t0, x + t1, y + t2) for the surface point (x, y).
 const double kCycle[7] = {0.5, 0.5, 0.5, 1, 2, 10, 100};
@@ -118,7 +108,7 @@ TEST(KeystoneWarp, PartialRotationLeavesThirdColumn) {
 }
 
 TEST(KeystoneWarp, OverlongQuaternionReportsOnceWithTranslationX) {
-  LogCapture log;
+  test::LogCapture log;
   const double parameters[7] = {0.8, 0.8, 0, 5, 6, 7, 100};
   auto warp = WarpPtr::New();
   warp->SetParameters(parameters);
