@@ -1,0 +1,165 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <sstream>
+
+#include "vekErrorCodes.h"
+#include "vekSmartPointer.h"
+#include "vekTriangleMesh.h"
+
+namespace vek {
+namespace {
+
+using P = vec2<float>;
+
+// Corners (0, 0), (4, 0), (4, 4): p = (4a, 4b), so the weights are easy to work out by hand.
+struct RightTriangle {
+  P c[3] = {P(0, 0), P(4, 0), P(4, 4)};
+  Triangle t{&c[0], &c[1], &c[2]};
+};
+
+TEST(Triangle, WeightsAtCornersEdgesAndInterior) {
+  RightTriangle r;
+  float w[3];
+  ASSERT_TRUE(r.t.TestInsidedness(P(0, 0), 0, w));
+  EXPECT_EQ(w[0], 1.0f); EXPECT_EQ(w[1], 0.0f); EXPECT_EQ(w[2], 0.0f);
+  ASSERT_TRUE(r.t.TestInsidedness(P(4, 0), 0, w));
+  EXPECT_EQ(w[0], 0.0f); EXPECT_EQ(w[1], 1.0f); EXPECT_EQ(w[2], 0.0f);
+  ASSERT_TRUE(r.t.TestInsidedness(P(4, 4), 0, w));
+  EXPECT_EQ(w[0], 0.0f); EXPECT_EQ(w[1], 0.0f); EXPECT_EQ(w[2], 1.0f);
+  ASSERT_TRUE(r.t.TestInsidedness(P(2, 1), 0, w));
+  EXPECT_EQ(w[0], 0.5f); EXPECT_EQ(w[1], 0.25f); EXPECT_EQ(w[2], 0.25f);
+  // On edge c0-c2 (b = a): inside at tolerance 0; moved 0.01 outward (b - a = 0.0025) it needs a
+  // tolerance to stay inside.
+  ASSERT_TRUE(r.t.TestInsidedness(P(2, 2), 0, w));
+  EXPECT_EQ(w[0], 0.5f); EXPECT_EQ(w[1], 0.0f); EXPECT_EQ(w[2], 0.5f);
+  EXPECT_TRUE(r.t.TestInsidedness(P(2, 2.01f), 0.01f, w));
+  float untouched[3] = {7, 8, 9};
+  EXPECT_FALSE(r.t.TestInsidedness(P(2, 2.01f), 0.001f, untouched));
+  EXPECT_FALSE(r.t.TestInsidedness(P(5, 0), 0, untouched));
+  EXPECT_EQ(untouched[0], 7.0f); EXPECT_EQ(untouched[1], 8.0f); EXPECT_EQ(untouched[2], 9.0f);
+  r.t.GetBaryCoord(P(6, 2), w);  // outside, but the weights are still reported
+  EXPECT_EQ(w[0], -0.5f); EXPECT_EQ(w[1], 1.0f); EXPECT_EQ(w[2], 0.5f);
+}
+
+TEST(Triangle, AreaBoxCornersAndPrinting) {
+  RightTriangle r;
+  EXPECT_EQ(r.t.SignedArea(), -8.0f);  // counter-clockwise with y up is negative
+  EXPECT_EQ(Triangle::SignedArea(r.c[0], r.c[2], r.c[1]), 8.0f);
+  EXPECT_EQ(r.t.IsInitialized(), 1);
+  EXPECT_EQ(Triangle().IsInitialized(), 0);
+  EXPECT_EQ(r.t.IsCornersInitialized(), 1);
+  P same = r.c[1];
+  EXPECT_TRUE(r.t.DoesContainVertex(&r.c[1]));
+  EXPECT_FALSE(r.t.DoesContainVertex(&same));  // identity is the address
+
+  std::ostringstream os;
+  r.c[1] = P(0.5f, -2);
+  r.t.PrintTriangle(os);
+  EXPECT_EQ(os.str(), "0 0 0.5 -2 4 4");
+  float a[2], b[2], c[2];
+  r.t.GetCorners(a, b, c);
+  EXPECT_EQ(b[0], 0.5f); EXPECT_EQ(b[1], -2.0f); EXPECT_EQ(c[1], 4.0f);
+
+  P mn, mx;
+  r.c[0] = P(1, 5); r.c[1] = P(); r.c[2] = P(3, -2);
+  EXPECT_EQ(r.t.IsCornersInitialized(), 0);
+  r.t.GetBoundingBox(mn, mx);
+  EXPECT_EQ(mn, P(1, -2)); EXPECT_EQ(mx, P(3, 5));
+  r.c[0] = P(); r.c[2] = P();
+  r.t.GetBoundingBox(mn, mx);
+  EXPECT_EQ(mn, P(-5, -5)); EXPECT_EQ(mx, P(-5, -5));
+}
+
+SmartPointer<TriangleMesh> MakeMesh(std::initializer_list<P> points, std::initializer_list<std::array<int, 3>> tris) {
+  auto mesh = SmartPointer<TriangleMesh>::New();
+  mesh->SetNumPoints(static_cast<int>(points.size()));
+  mesh->SetNumTriangles(static_cast<int>(tris.size()));
+  EXPECT_EQ(mesh->Allocate(), VEK_SUCCESS);
+  int i = 0;
+  for (const P& p : points) mesh->AddPoint(i++, p.x, p.y);
+  int t = 0;
+  for (const auto& v : tris) mesh->AddTriangle(t++, v[0], v[1], v[2]);
+  return mesh;
+}
+
+std::array<int, 3> Vertices(const TriangleMesh& mesh, int t) {
+  std::array<int, 3> v;
+  mesh.GetTriangleVerticesInArray(t, v.data());
+  // Every corner must point into this mesh's own array.
+  for (int k = 0; k < 3; ++k) EXPECT_EQ(mesh.GetTriangle(t).GetCorner(k), mesh.GetPoints() + v[k]);
+  return v;
+}
+
+TEST(TriangleMesh, NewAllocateAndPrint) {
+  auto mesh = SmartPointer<TriangleMesh>::New();
+  std::ostringstream os;
+  mesh->PrintSelf(os, Indent(0));
+  EXPECT_EQ(os.str(), "Reference Count: 1\n NumTriangles: 0\n NumPoints: 0\nPoints:  NULL\nTriangles:  NULL\n");
+  EXPECT_EQ(mesh->TotalSignedArea(), 0.0f);
+  mesh->SetNumPoints(2);
+  mesh->SetNumTriangles(1);
+  ASSERT_EQ(mesh->Allocate(), VEK_SUCCESS);
+  EXPECT_EQ(mesh->GetPoint(1), P(-5, -5));
+  EXPECT_EQ(mesh->GetTriangle(0).IsInitialized(), 0);
+  os.str("");
+  mesh->PrintSelf(os, Indent(2));
+  EXPECT_EQ(os.str(),
+            "  Reference Count: 1\n   NumTriangles: 1\n   NumPoints: 2\n  Points:  Not Null\n  Triangles:  Not Null\n");
+}
+
+TEST(TriangleMesh, IndicesAreaAndBothSpellings) {
+  auto mesh = MakeMesh({P(0, 0), P(1, 0), P(1, 1), P(0, 1)}, {{0, 1, 2}, {0, 2, 3}});
+  EXPECT_EQ(Vertices(*mesh, 1), (std::array<int, 3>{0, 2, 3}));
+  int v[3];
+  mesh->GetTriangleVerticiesInArray(0, v);
+  EXPECT_EQ(v[0], 0); EXPECT_EQ(v[1], 1); EXPECT_EQ(v[2], 2);
+  EXPECT_EQ(mesh->DoesTriangleContainVertex(1, 3), 1);
+  EXPECT_EQ(mesh->DoesTriangleContainVertex(1, 1), 0);
+  EXPECT_EQ(mesh->TotalSignedArea(), -1.0f);  // -0.5 each
+}
+
+TEST(TriangleMesh, ExpandKeepsIndicesAndRepoints) {
+  auto mesh = MakeMesh({P(0, 0), P(1, 0), P(1, 1)}, {{2, 0, 1}});
+  const P* before = mesh->GetPoints();
+  ASSERT_EQ(mesh->ExpandPoints(5), VEK_SUCCESS);
+  EXPECT_NE(mesh->GetPoints(), before);
+  EXPECT_EQ(mesh->GetNumPoints(), 5);
+  EXPECT_EQ(mesh->GetPoint(2), P(1, 1));
+  EXPECT_EQ(mesh->GetPoint(3), P(-5, -5));
+  EXPECT_EQ(mesh->GetPoint(4), P(-5, -5));
+  EXPECT_EQ(Vertices(*mesh, 0), (std::array<int, 3>{2, 0, 1}));
+  ASSERT_EQ(mesh->ExpandTriangles(3), VEK_SUCCESS);
+  EXPECT_EQ(Vertices(*mesh, 0), (std::array<int, 3>{2, 0, 1}));
+  EXPECT_EQ(mesh->GetTriangle(2).IsInitialized(), 0);
+  mesh->AddTriangle(2, 4, 3, 0);
+  EXPECT_EQ(Vertices(*mesh, 2), (std::array<int, 3>{4, 3, 0}));
+  EXPECT_EQ(mesh->ExpandPoints(4), VEK_INVALID_PARAMETERS);
+  EXPECT_EQ(mesh->ExpandTriangles(2), VEK_INVALID_PARAMETERS);
+  EXPECT_EQ(mesh->GetNumPoints(), 5);
+  EXPECT_EQ(mesh->GetNumTriangles(), 3);
+}
+
+TEST(TriangleMesh, ConcatenateShiftsIndicesAndOntoEmptyIsCopy) {
+  auto a = MakeMesh({P(0, 0), P(1, 0), P(1, 1)}, {{0, 1, 2}});
+  auto b = MakeMesh({P(5, 5), P(6, 5), P(6, 6)}, {{2, 1, 0}});
+  ASSERT_EQ(a->Concatenate(b.GetPointer()), VEK_SUCCESS);
+  EXPECT_EQ(a->GetNumPoints(), 6);
+  EXPECT_EQ(a->GetNumTriangles(), 2);
+  EXPECT_EQ(a->GetPoint(2), P(1, 1));
+  EXPECT_EQ(a->GetPoint(3), P(5, 5));
+  EXPECT_EQ(Vertices(*a, 0), (std::array<int, 3>{0, 1, 2}));
+  EXPECT_EQ(Vertices(*a, 1), (std::array<int, 3>{5, 4, 3}));
+
+  auto empty = SmartPointer<TriangleMesh>::New();
+  ASSERT_EQ(empty->Concatenate(a.GetPointer()), VEK_SUCCESS);
+  EXPECT_EQ(empty->GetNumPoints(), 6);
+  EXPECT_EQ(empty->GetNumTriangles(), 2);
+  EXPECT_NE(empty->GetPoints(), a->GetPoints());
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(empty->GetPoint(i), a->GetPoint(i));
+  EXPECT_EQ(Vertices(*empty, 1), (std::array<int, 3>{5, 4, 3}));
+  EXPECT_EQ(empty->TotalSignedArea(), a->TotalSignedArea());
+}
+
+}  // namespace
+}  // namespace vek
