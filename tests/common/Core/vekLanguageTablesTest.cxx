@@ -13,12 +13,16 @@
 namespace vek {
 namespace {
 
-// Every test starts and ends in English with fresh tables and no replacement pack.
+// Every test starts and ends in English with fresh tables, in a configuration directory of its
+// own (test processes run side by side).
 class LanguageTest : public ::testing::Test {
  protected:
-  void SetUp() override { Reset(); }
+  void SetUp() override {
+    ClassInitializer::Initialize(Base.Path().string().c_str());
+    Reset();
+  }
   void TearDown() override {
-    std::filesystem::remove(PackFile());
+    ClassInitializer::Initialize(PreviousBase.c_str());
     Reset();
   }
   static void Reset() {
@@ -26,6 +30,9 @@ class LanguageTest : public ::testing::Test {
     ConfigurationDatabase::CleanUp();
   }
   static std::string PackFile() { return ConfigurationDatabase::GetConfigurationDirectory() + "LanguagePack.lang"; }
+  std::string PreviousBase = ClassInitializer::GetInstance()->GetBaseDirectoryName();
+  test::TempDirectory Base;
+
   static LanguageTables::Table BuiltInPack(int languageId) {
     std::stringstream stream;
     EXPECT_EQ(ConfigurationDatabase::OpenLanguagePackFromResource(languageId, stream, "vekCommon"), VEK_SUCCESS);
