@@ -40,6 +40,11 @@ VEK_EXPORT bool ModuleResource(const std::string& moduleName, const std::string&
 VEK_EXPORT void RegisterModuleResource(const std::string& moduleName, const std::string& type, int id,
                                        const unsigned char* data, std::size_t size);
 
+/// Asks the system to back a large, not yet touched block with large memory pages where it can,
+/// which spares random look-ups most address-translation misses. Only a hint: no-op where the
+/// system offers nothing of the kind.
+VEK_EXPORT void AdviseLargePages(const void* data, std::size_t bytes);
+
 /// Writes `bytes` to `path` (created or truncated) and forces them to the disk before returning,
 /// so that a crash afterwards cannot leave the file short. Returns false on any failure.
 VEK_EXPORT bool WriteFileDurably(const std::string& path, const std::string& bytes);
@@ -76,5 +81,43 @@ VEK_EXPORT void TextWindowAppend(const std::string& text);
 /// The window's current text ("" when there is no window).
 VEK_EXPORT std::string TextWindowText();
 VEK_EXPORT void TextWindowDestroy();
+
+/// Sets (or, with an empty value, removes) an environment variable of this process so that
+/// EnvironmentVariable and the C runtime's getenv see it.
+VEK_EXPORT void SetEnvironmentValue(const char* name, const std::string& value);
+
+// The registry. Windows: the real registry (wide functions; names and texts here are UTF-8).
+// POSIX: a store on disk with the same rules. Each root is a folder: $VEK_REGISTRY_DIR/LocalMachine
+// and $VEK_REGISTRY_DIR/CurrentUser when that variable is set, otherwise
+// /var/lib/VeltraDisplay/Registry (system-wide, so writing it takes the rights that HKLM takes) and
+// $XDG_CONFIG_HOME/VeltraDisplay/Registry (else $HOME/.config/..., else /tmp/VeltraDisplay/Registry).
+// A key "A\B" is the folder A/B; a value is the file <name>.value holding "REG_SZ\n" + text or
+// "REG_DWORD\n" + decimal. Key and value names are compared without regard to ASCII case, as
+// Windows does, so they are stored lower-cased and percent-encoded. A value file is written to a
+// temporary file, forced to disk and renamed over the old one under the key's lock file, so a
+// crash leaves the old value or the new one.
+enum class RegistryRoot { LocalMachine, CurrentUser };
+VEK_EXPORT bool RegistryKeyExists(RegistryRoot root, const std::string& subkey);
+/// Creates the key and any missing parent (an existing key is success).
+VEK_EXPORT bool RegistryCreateKey(RegistryRoot root, const std::string& subkey);
+/// Deletes the key with its subkeys and values; a missing key is success.
+VEK_EXPORT bool RegistryDeleteKey(RegistryRoot root, const std::string& subkey);
+/// Reads a string value. False, with `text` untouched, when the key or value is missing or the
+/// value is not a string.
+VEK_EXPORT bool RegistryReadString(RegistryRoot root, const std::string& subkey, const std::string& name,
+                                   std::string& text);
+/// Reads a DWORD value. False, with `value` untouched, when it is missing or not a 4-byte DWORD.
+VEK_EXPORT bool RegistryReadDword(RegistryRoot root, const std::string& subkey, const std::string& name,
+                                  unsigned long& value);
+/// Writes a value into an existing key (never creates the key). False on any failure.
+VEK_EXPORT bool RegistryWriteString(RegistryRoot root, const std::string& subkey, const std::string& name,
+                                    const std::string& text);
+VEK_EXPORT bool RegistryWriteDword(RegistryRoot root, const std::string& subkey, const std::string& name,
+                                   unsigned long value);
+
+/// The command line that runs the program at `path` through the command interpreter of
+/// std::system, quoted so that blanks and interpreter metacharacters in the path stay part of the
+/// name. Windows: call "path". POSIX: the path in single quotes for /bin/sh.
+VEK_EXPORT std::string ShellCommandForProgram(const std::string& path);
 
 }  // namespace vek::platform

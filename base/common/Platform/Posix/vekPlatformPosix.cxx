@@ -4,6 +4,8 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,6 +13,9 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <map>
 #include <mutex>
 #include <string_view>
@@ -52,6 +57,84 @@ constexpr int kEnglish = 9;
 
 std::string g_windowText;
 bool g_windowExists = false;
+
+std::string RegistryRootDirectory(RegistryRoot root) {
+  const char* leaf = root == RegistryRoot::LocalMachine ? "LocalMachine" : "CurrentUser";
+  std::string base = EnvironmentVariable("VEK_REGISTRY_DIR");
+  if (!base.empty()) return base + (base.back() == '/' ? "" : "/") + leaf;
+  if (root == RegistryRoot::LocalMachine) return "/var/lib/VeltraDisplay/Registry";
+  std::string config = EnvironmentVariable("XDG_CONFIG_HOME");
+  if (config.empty()) {
+    std::string home = EnvironmentVariable("HOME");
+    if (home.empty()) return "/tmp/VeltraDisplay/Registry";
+    config = home + "/.config";
+  }
+  return config + "/VeltraDisplay/Registry";
+}
+
+// Lower-case (names are case-blind) and percent-encode everything but [a-z0-9 _-]: no name can
+// then be "." or "..", hold a "/", or collide with the ".lock", ".tmp" and ".value" files.
+std::string EncodeRegistryName(const std::string& name) {
+  static const char kHex[] = "0123456789ABCDEF";
+  std::string encoded;
+  for (unsigned char c : name) {
+    c = static_cast<unsigned char>(std::tolower(c));
+    if (std::isalnum(c) && c < 0x80) {
+      encoded += static_cast<char>(c);
+    } else if (c == ' ' || c == '_' || c == '-') {
+      encoded += static_cast<char>(c);
+    } else {
+      encoded += '%';
+      encoded += kHex[c >> 4];
+      encoded += kHex[c & 15];
+    }
+  }
+  return encoded;
+}
+
+std::string RegistryKeyDirectory(RegistryRoot root, const std::string& subkey) {
+  std::string path = RegistryRootDirectory(root);
+  std::size_t start = 0;
+  while (start <= subkey.size()) {
+    std::size_t end = std::min(subkey.find('\\', start), subkey.size());
+    if (end > start) path += "/" + EncodeRegistryName(subkey.substr(start, end - start));
+    start = end + 1;
+  }
+  return path;
+}
+
+std::string RegistryValueFile(const std::string& keyDirectory, const std::string& name) {
+  return keyDirectory + "/" + EncodeRegistryName(name) + ".value";
+}
+
+bool IsDirectory(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+// The stored value: its type tag and its text. False when the file is missing or unreadable.
+bool ReadRegistryValueFile(RegistryRoot root, const std::string& subkey, const std::string& name,
+                           std::string& type, std::string& text) {
+  std::ifstream in(RegistryValueFile(RegistryKeyDirectory(root, subkey), name), std::ios::binary);
+  if (!in || !std::getline(in, type)) return false;
+  std::ostringstream rest;
+  rest << in.rdbuf();
+  text = rest.str();
+  return true;
+}
+
+bool WriteRegistryValueFile(RegistryRoot root, const std::string& subkey, const std::string& name,
+                            const std::string& content) {
+  std::string key = RegistryKeyDirectory(root, subkey);
+  if (!IsDirectory(key)) return false;
+  FileLock lock(key + "/.lock");
+  if (!lock.IsLocked()) return false;
+  std::string temporary = key + "/.tmp";
+  if (WriteFileDurably(temporary, content) && ReplaceFileAtomically(temporary, RegistryValueFile(key, name)))
+    return true;
+  ::unlink(temporary.c_str());
+  return false;
+}
 
 }  // namespace
 
@@ -110,6 +193,18 @@ void RegisterModuleResource(const std::string& moduleName, const std::string& ty
                             const unsigned char* data, std::size_t size) {
   std::lock_guard<std::mutex> lock(ResourceMutex());
   ResourceTable()[{moduleName, type, id}] = {data, size};
+}
+
+void AdviseLargePages(const void* data, std::size_t bytes) {
+#ifdef MADV_HUGEPAGE
+  const std::uintptr_t page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+  std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(data) + page - 1) & ~(page - 1);
+  std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(data) + bytes) & ~(page - 1);
+  if (end > begin) ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+#else
+  (void)data;
+  (void)bytes;
+#endif
 }
 
 bool WriteFileDurably(const std::string& path, const std::string& bytes) {
@@ -180,6 +275,68 @@ std::string TextWindowText() { return g_windowText; }
 void TextWindowDestroy() {
   g_windowExists = false;
   g_windowText.clear();
+}
+
+void SetEnvironmentValue(const char* name, const std::string& value) {
+  if (value.empty())
+    ::unsetenv(name);
+  else
+    ::setenv(name, value.c_str(), 1);
+}
+
+bool RegistryKeyExists(RegistryRoot root, const std::string& subkey) {
+  return IsDirectory(RegistryKeyDirectory(root, subkey));
+}
+
+bool RegistryCreateKey(RegistryRoot root, const std::string& subkey) {
+  std::string key = RegistryKeyDirectory(root, subkey);
+  for (std::size_t slash = key.find('/', 1); ; slash = key.find('/', slash + 1)) {
+    std::string level = key.substr(0, slash);
+    if (::mkdir(level.c_str(), 0755) != 0 && errno != EEXIST) return false;
+    if (slash == std::string::npos) break;
+  }
+  return IsDirectory(key);
+}
+
+bool RegistryDeleteKey(RegistryRoot root, const std::string& subkey) {
+  std::error_code error;
+  std::filesystem::remove_all(RegistryKeyDirectory(root, subkey), error);
+  return !error;
+}
+
+bool RegistryReadString(RegistryRoot root, const std::string& subkey, const std::string& name, std::string& text) {
+  std::string type, stored;
+  if (!ReadRegistryValueFile(root, subkey, name, type, stored) || type != "REG_SZ") return false;
+  text = stored;
+  return true;
+}
+
+bool RegistryReadDword(RegistryRoot root, const std::string& subkey, const std::string& name,
+                       unsigned long& value) {
+  std::string type, stored;
+  if (!ReadRegistryValueFile(root, subkey, name, type, stored) || type != "REG_DWORD") return false;
+  if (stored.empty() || stored.size() > 10 || stored.find_first_not_of("0123456789") != std::string::npos)
+    return false;
+  unsigned long long number = std::stoull(stored);
+  if (number > 0xFFFFFFFFull) return false;
+  value = static_cast<unsigned long>(number);
+  return true;
+}
+
+bool RegistryWriteString(RegistryRoot root, const std::string& subkey, const std::string& name,
+                         const std::string& text) {
+  return WriteRegistryValueFile(root, subkey, name, "REG_SZ\n" + text);
+}
+
+bool RegistryWriteDword(RegistryRoot root, const std::string& subkey, const std::string& name,
+                        unsigned long value) {
+  return WriteRegistryValueFile(root, subkey, name, "REG_DWORD\n" + std::to_string(value & 0xFFFFFFFFul));
+}
+
+std::string ShellCommandForProgram(const std::string& path) {
+  std::string quoted = "'";
+  for (char c : path) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return quoted + "'";
 }
 
 }  // namespace vek::platform

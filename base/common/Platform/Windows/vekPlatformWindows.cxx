@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <vector>
 
 namespace vek::platform {
 
@@ -50,6 +51,57 @@ bool RegisterWindowClassOnce() {
   return registered;
 }
 
+HKEY RootHandle(RegistryRoot root) {
+  return root == RegistryRoot::LocalMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+}
+
+std::wstring WideFromUtf8(const std::string& text) {
+  if (text.empty()) return std::wstring();
+  int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(), length);
+  return wide;
+}
+
+std::string Utf8FromWide(const std::wstring& wide) {
+  if (wide.empty()) return std::string();
+  int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr,
+                                   nullptr);
+  std::string text(static_cast<std::size_t>(length), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), text.data(), length, nullptr,
+                      nullptr);
+  return text;
+}
+
+// The type and bytes of a value, read through a key opened for reading only.
+bool ReadRawRegistryValue(RegistryRoot root, const std::string& subkey, const std::string& name, DWORD& type,
+                          std::vector<BYTE>& data) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+    return false;
+  std::wstring wideName = WideFromUtf8(name);
+  DWORD size = 0;
+  LSTATUS status = RegQueryValueExW(key, wideName.c_str(), nullptr, &type, nullptr, &size);
+  if (status == ERROR_SUCCESS) {
+    data.assign(size, 0);
+    status = RegQueryValueExW(key, wideName.c_str(), nullptr, &type, data.data(), &size);
+    data.resize(size);
+  }
+  RegCloseKey(key);
+  return status == ERROR_SUCCESS;
+}
+
+bool WriteRawRegistryValue(RegistryRoot root, const std::string& subkey, const std::string& name, DWORD type,
+                           const void* data, DWORD size) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, KEY_SET_VALUE, &key) != ERROR_SUCCESS)
+    return false;
+  LSTATUS status =
+      RegSetValueExW(key, WideFromUtf8(name).c_str(), 0, type, static_cast<const BYTE*>(data), size);
+  RegCloseKey(key);
+  return status == ERROR_SUCCESS;
+}
+
 }  // namespace
 
 char PathSeparator() { return '\\'; }
@@ -84,6 +136,8 @@ bool ModuleResource(const std::string& moduleName, const std::string& type, int 
 }
 
 void RegisterModuleResource(const std::string&, const std::string&, int, const unsigned char*, std::size_t) {}
+
+void AdviseLargePages(const void*, std::size_t) {}
 
 bool WriteFileDurably(const std::string& path, const std::string& bytes) {
   HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
@@ -164,5 +218,67 @@ void TextWindowDestroy() {
   g_frame = nullptr;
   g_editControl = nullptr;
 }
+
+void SetEnvironmentValue(const char* name, const std::string& value) { _putenv_s(name, value.c_str()); }
+
+bool RegistryKeyExists(RegistryRoot root, const std::string& subkey) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+    return false;
+  RegCloseKey(key);
+  return true;
+}
+
+bool RegistryCreateKey(RegistryRoot root, const std::string& subkey) {
+  HKEY key = nullptr;
+  if (RegCreateKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                      KEY_ALL_ACCESS, nullptr, &key, nullptr) != ERROR_SUCCESS)
+    return false;
+  RegCloseKey(key);
+  return true;
+}
+
+bool RegistryDeleteKey(RegistryRoot root, const std::string& subkey) {
+  LSTATUS status = RegDeleteTreeW(RootHandle(root), WideFromUtf8(subkey).c_str());
+  return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
+}
+
+bool RegistryReadString(RegistryRoot root, const std::string& subkey, const std::string& name, std::string& text) {
+  DWORD type = 0;
+  std::vector<BYTE> data;
+  if (!ReadRawRegistryValue(root, subkey, name, type, data) || (type != REG_SZ && type != REG_EXPAND_SZ))
+    return false;
+  std::wstring wide(reinterpret_cast<const wchar_t*>(data.data()), data.size() / sizeof(wchar_t));
+  while (!wide.empty() && wide.back() == L'\0') wide.pop_back();
+  text = Utf8FromWide(wide);
+  return true;
+}
+
+bool RegistryReadDword(RegistryRoot root, const std::string& subkey, const std::string& name,
+                       unsigned long& value) {
+  DWORD type = 0;
+  std::vector<BYTE> data;
+  if (!ReadRawRegistryValue(root, subkey, name, type, data) || type != REG_DWORD || data.size() != sizeof(DWORD))
+    return false;
+  DWORD number = 0;
+  std::copy(data.begin(), data.end(), reinterpret_cast<BYTE*>(&number));
+  value = number;
+  return true;
+}
+
+bool RegistryWriteString(RegistryRoot root, const std::string& subkey, const std::string& name,
+                         const std::string& text) {
+  std::wstring wide = WideFromUtf8(text);
+  return WriteRawRegistryValue(root, subkey, name, REG_SZ, wide.c_str(),
+                               static_cast<DWORD>((wide.size() + 1) * sizeof(wchar_t)));
+}
+
+bool RegistryWriteDword(RegistryRoot root, const std::string& subkey, const std::string& name,
+                        unsigned long value) {
+  DWORD number = value;
+  return WriteRawRegistryValue(root, subkey, name, REG_DWORD, &number, sizeof(number));
+}
+
+std::string ShellCommandForProgram(const std::string& path) { return "call \"" + path + "\""; }
 
 }  // namespace vek::platform
