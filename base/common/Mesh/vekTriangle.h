@@ -55,8 +55,13 @@ class VEK_EXPORT Triangle {
   /// True when p lies in the triangle widened by `tolerance` in barycentric terms (inclusive);
   /// only then are the weights written to `bary`.
   bool TestInsidedness(const vec2<float>& p, float tolerance, float bary[3]) const {
+    return TestInsidedness(*Corners[0], *Corners[1], *Corners[2], p, tolerance, bary);
+  }
+  /// The same test for corners given by value (for callers that keep their own copy of them).
+  static bool TestInsidedness(const vec2<float>& c0, const vec2<float>& c1, const vec2<float>& c2,
+                              const vec2<float>& p, float tolerance, float bary[3]) {
     float a, b;
-    GetAB(p, a, b);
+    SolveAB(c0, c1, c2, p, a, b);
     if (a >= -tolerance && a <= 1.0f + tolerance && b >= -tolerance && b <= 1.0f + tolerance && b <= a + tolerance) {
       bary[0] = 1.0f - a;
       bary[1] = a - b;
@@ -70,10 +75,9 @@ class VEK_EXPORT Triangle {
 
  protected:
   /// p = c0 + a (c1 - c0) + b (c2 - c1), solved by the normal equations in float.
-  void GetAB(const vec2<float>& p, float& a, float& b) const {
-    const vec2<float>& c0 = *Corners[0];
-    const vec2<float>& c1 = *Corners[1];
-    const vec2<float>& c2 = *Corners[2];
+  void GetAB(const vec2<float>& p, float& a, float& b) const { SolveAB(*Corners[0], *Corners[1], *Corners[2], p, a, b); }
+  static void SolveAB(const vec2<float>& c0, const vec2<float>& c1, const vec2<float>& c2, const vec2<float>& p,
+                      float& a, float& b) {
     float e1x = c1.x - c0.x, e1y = c1.y - c0.y;
     float e2x = c2.x - c1.x, e2y = c2.y - c1.y;
     float dx = p.x - c0.x, dy = p.y - c0.y;

@@ -1,8 +1,11 @@
 #include "vekTriangleLocator2D.h"
 
 #include <cmath>
+#include <algorithm>
+#include <climits>
 #include <new>
 
+#include "vekPlatform.h"
 #include "vekPointArrayBoundingBox.h"
 
 namespace vek {
@@ -22,18 +25,11 @@ inline int CellIndex(float v, float min, float size, int n) {
 
 TriangleLocator2D* TriangleLocator2D::New() { return new (std::nothrow) TriangleLocator2D; }
 
-TriangleLocator2D::~TriangleLocator2D() {
-  delete Table;
-  delete[] BoundingBoxes;
-}
-
 int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, const Triangle* triangles,
                                   int numTriangles, int nx, int ny, float margin) {
-  delete Table;
-  delete[] BoundingBoxes;
-  Table = nullptr;
-  BoundingBoxes = nullptr;
-  Triangles = triangles;
+  BucketStart.clear();
+  BucketIds.clear();
+  Candidates.clear();
   Nx = Ny = 0;
   if (nx < 1 || ny < 1 || static_cast<long long>(nx) * ny > INT_MAX) return VEK_INVALID_PARAMETERS;
   GetPointArrayBoundingBox(points, numPoints, Min, Max);
@@ -43,13 +39,13 @@ int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, cons
   CellSize.x = (Max.x - Min.x) * static_cast<float>(1.0001 / nx);
   CellSize.y = (Max.y - Min.y) * static_cast<float>(1.0001 / ny);
   if (numTriangles < 0) numTriangles = 0;
-  Table = new (std::nothrow) HashTable<int>(static_cast<unsigned int>(nx * ny - 1));
-  BoundingBoxes = new (std::nothrow) Box[static_cast<size_t>(numTriangles) + 1];
-  if (!Table || !Table->IsValid() || !BoundingBoxes) {
-    delete Table;
-    delete[] BoundingBoxes;
-    Table = nullptr;
-    BoundingBoxes = nullptr;
+  HashTable<int> table(static_cast<unsigned int>(nx * ny - 1));
+  if (!table.IsValid()) return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  try {
+    Candidates.reserve(static_cast<size_t>(numTriangles));
+    platform::AdviseLargePages(Candidates.data(), Candidates.capacity() * sizeof(Candidate));
+    Candidates.resize(static_cast<size_t>(numTriangles));
+  } catch (const std::bad_alloc&) {
     return VEK_FAILED_TO_ALLOCATE_MEMORY;
   }
   Nx = nx;
@@ -57,24 +53,36 @@ int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, cons
   int status = VEK_SUCCESS;
   for (int t = 0; t < numTriangles; ++t) {
     if (!triangles[t].IsInitialized()) continue;
-    int result = AddTriangle(triangles[t], t);
+    int result = AddTriangle(table, triangles[t], t);
     if (result != VEK_SUCCESS) status = result;
+  }
+  try {
+    Flatten(table);
+  } catch (const std::bad_alloc&) {
+    BucketStart.clear();
+    BucketIds.clear();
+    Candidates.clear();
+    Nx = Ny = 0;
+    return VEK_FAILED_TO_ALLOCATE_MEMORY;
   }
   return status;
 }
 
-int TriangleLocator2D::AddTriangle(const Triangle& triangle, int id) {
-  Box& box = BoundingBoxes[id];
-  triangle.GetBoundingBox(box.Min, box.Max);
-  int i0 = CellIndex(box.Min.x, Min.x, CellSize.x, Nx);
-  int j0 = CellIndex(box.Min.y, Min.y, CellSize.y, Ny);
+int TriangleLocator2D::AddTriangle(HashTable<int>& table, const Triangle& triangle, int id) {
+  Candidate& candidate = Candidates[id];
+  for (int k = 0; k < 3; ++k) candidate.Corners[k] = *triangle.GetCorner(k);
+  triangle.GetBoundingBox(candidate.BoxMin, candidate.BoxMax);
+  const vec2<float>& boxMin = candidate.BoxMin;
+  const vec2<float>& boxMax = candidate.BoxMax;
+  int i0 = CellIndex(boxMin.x, Min.x, CellSize.x, Nx);
+  int j0 = CellIndex(boxMin.y, Min.y, CellSize.y, Ny);
   if (i0 >= Nx || j0 >= Ny) return VEK_SUCCESS;
-  int i1 = CellIndex(box.Max.x, Min.x, CellSize.x, Nx);
-  int j1 = CellIndex(box.Max.y, Min.y, CellSize.y, Ny);
+  int i1 = CellIndex(boxMax.x, Min.x, CellSize.x, Nx);
+  int j1 = CellIndex(boxMax.y, Min.y, CellSize.y, Ny);
   if (i1 < 0 || j1 < 0 || i0 > i1) return VEK_SUCCESS;
   // A NaN maximum reads as the last cell + 1; such a triangle can never contain a point.
-  if (i1 >= Nx && std::isnan(box.Max.x)) return VEK_SUCCESS;
-  if (j1 >= Ny && std::isnan(box.Max.y)) return VEK_SUCCESS;
+  if (i1 >= Nx && std::isnan(boxMax.x)) return VEK_SUCCESS;
+  if (j1 >= Ny && std::isnan(boxMax.y)) return VEK_SUCCESS;
   if (i0 < 0) i0 = 0;
   if (j0 < 0) j0 = 0;
   if (i1 >= Nx) i1 = Nx - 1;
@@ -82,21 +90,40 @@ int TriangleLocator2D::AddTriangle(const Triangle& triangle, int id) {
   int status = VEK_SUCCESS;
   for (int i = i0; i <= i1; ++i) {
     for (int j = j0; j <= j1; ++j) {
-      int result = Table->Insert(static_cast<unsigned int>(GetHashIndex(i, j)), id);
+      int result = table.Insert(static_cast<unsigned int>(GetHashIndex(i, j)), id);
       if (result != VEK_SUCCESS) status = result;
     }
   }
   return status;
 }
 
+void TriangleLocator2D::Flatten(const HashTable<int>& table) {
+  const unsigned int cells = table.GetMaxKey() + 1;
+  BucketStart.assign(static_cast<size_t>(cells) + 1, 0);
+  size_t total = 0;
+  for (unsigned int key = 0; key < cells; ++key) {
+    BucketStart[key] = static_cast<int>(std::min<size_t>(total, INT_MAX));
+    total += table.GetCount(key);
+  }
+  if (total > static_cast<size_t>(INT_MAX)) throw std::bad_alloc();
+  BucketStart[cells] = static_cast<int>(total);
+  BucketIds.reserve(total);
+  platform::AdviseLargePages(BucketIds.data(), total * sizeof(int));
+  BucketIds.resize(total);
+  for (unsigned int key = 0; key < cells; ++key) {
+    const int* bucket = table.GetBucket(key);
+    std::copy(bucket, bucket + table.GetCount(key), BucketIds.begin() + BucketStart[key]);
+  }
+}
+
 bool TriangleLocator2D::FindCandidateTrianglesContainingPoint(const vec2<float>& p, const int*& ids,
                                                               unsigned int& count) const {
   int i = CellIndex(p.x, Min.x, CellSize.x, Nx);
   int j = CellIndex(p.y, Min.y, CellSize.y, Ny);
-  if (Table && i >= 0 && i < Nx && j >= 0 && j < Ny) {
-    unsigned int key = static_cast<unsigned int>(GetHashIndex(i, j));
-    ids = Table->GetBucket(key);
-    count = Table->GetCount(key);
+  if (!BucketStart.empty() && i >= 0 && i < Nx && j >= 0 && j < Ny) {
+    int key = GetHashIndex(i, j);
+    ids = BucketIds.data() + BucketStart[key];
+    count = static_cast<unsigned int>(BucketStart[key + 1] - BucketStart[key]);
     return true;
   }
   VEK_REPORT_WARNING("Out of Range! " << p.x << " " << p.y << " with range" << Min.x << " " << Min.y << " to "
@@ -113,9 +140,10 @@ bool TriangleLocator2D::FindFirstTriangleContainingPoint(const vec2<float>& p, f
   if (!FindCandidateTrianglesContainingPoint(p, ids, count)) return false;
   for (unsigned int k = 0; k < count; ++k) {
     int t = ids[k];
-    const Box& box = BoundingBoxes[t];
-    if (p.x > box.Min.x - tolerance && p.x < box.Max.x + tolerance && p.y > box.Min.y - tolerance &&
-        p.y < box.Max.y + tolerance && Triangles[t].TestInsidedness(p, tolerance, bary)) {
+    const Candidate& c = Candidates[t];
+    if (p.x > c.BoxMin.x - tolerance && p.x < c.BoxMax.x + tolerance && p.y > c.BoxMin.y - tolerance &&
+        p.y < c.BoxMax.y + tolerance &&
+        Triangle::TestInsidedness(c.Corners[0], c.Corners[1], c.Corners[2], p, tolerance, bary)) {
       id = t;
       return true;
     }

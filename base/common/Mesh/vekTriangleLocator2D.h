@@ -1,4 +1,6 @@
 #pragma once
+#include <vector>
+
 #include "vekCommonExport.h"
 #include "vekHashTable.h"
 #include "vekObject.h"
@@ -11,8 +13,12 @@ namespace vek {
 /// `margin` times the extent on each side), so that the triangle containing a point is found by
 /// testing only the few triangles of its cell. A triangle goes into every cell its bounding box
 /// touches, in triangle-id order, so candidates come back in id order. The cell size is the
-/// extent times 1.0001 / N: a point exactly on the upper border falls into cell N - 1. The
-/// Triangle array (and the points it addresses) must outlive the locator.
+/// extent times 1.0001 / N: a point exactly on the upper border falls into cell N - 1.
+///
+/// Queries are the hot path, so once built the buckets are one flat id array and each
+/// triangle's box and corners sit together in one record: a query reads its cell's ids and then
+/// only those records, never the mesh. The locator therefore reflects the mesh as it was at
+/// Initialize; moving points afterwards needs a new Initialize.
 ///
 /// A point outside the cells (or NaN) is reported with the warning "Out of Range! ..." and has
 /// no candidates. Choices made here: Initialize returns VEK_INVALID_PARAMETERS (locator left
@@ -41,25 +47,28 @@ class VEK_EXPORT TriangleLocator2D : public Object {
 
  protected:
   TriangleLocator2D() = default;
-  ~TriangleLocator2D() override;
+  ~TriangleLocator2D() override = default;
 
  private:
   TriangleLocator2D(const TriangleLocator2D&) = delete;
   TriangleLocator2D& operator=(const TriangleLocator2D&) = delete;
 
-  struct Box {
-    vec2<float> Min;
-    vec2<float> Max;
+  // What a query needs of one triangle, side by side in memory.
+  struct Candidate {
+    vec2<float> BoxMin;
+    vec2<float> BoxMax;
+    vec2<float> Corners[3];
   };
-  int AddTriangle(const Triangle& triangle, int id);
+  int AddTriangle(HashTable<int>& table, const Triangle& triangle, int id);
+  void Flatten(const HashTable<int>& table);
   int GetHashIndex(int i, int j) const { return Nx * j + i; }
 
   vec2<float> Max;
   vec2<float> Min;
   vec2<float> CellSize;
-  HashTable<int>* Table = nullptr;
-  Box* BoundingBoxes = nullptr;
-  const Triangle* Triangles = nullptr;
+  std::vector<int> BucketStart;  // Nx * Ny + 1 offsets into BucketIds
+  std::vector<int> BucketIds;
+  std::vector<Candidate> Candidates;  // by triangle id
   int Nx = 0;
   int Ny = 0;
 };
