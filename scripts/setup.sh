@@ -22,3 +22,6 @@ if [ ${#missing[@]} -gt 0 ]; then
   "${sudo_cmd[@]}" apt-get update -qq
   "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
+
+# The Windows cross-build needs tinyxml2's source (Debian ships the library for Linux only).
+bash "$(dirname "$0")/fetch-tinyxml2-source.sh"
