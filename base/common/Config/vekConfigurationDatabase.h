@@ -6,8 +6,14 @@
 #include "vekLanguageTables.h"
 #include "vekObject.h"
 #include "vekOptionFile.h"
+#include "vekSmartPointer.h"
 
 namespace vek {
+
+class AlphaTweakingData;
+class MeshTweakingData;
+class RestorePointInfo;
+class UniformAngleRemappingData;
 
 /// How prominently an option is shown; compared with the option "AdvancedOptionsVisibilityThreshold".
 enum OptionVisibility : int { OptionVisibilityHidden = 0, OptionVisibilityNewOption = 2 };
@@ -147,6 +153,53 @@ class VEK_EXPORT ConfigurationDatabase : public Object {
   }
   /// Frees the process-wide language tables (at shutdown).
   static void CleanUp() { LanguageTables::CleanUp(); }
+
+  // ---- Calibration records -------------------------------------------------------------------
+  // Files of the configuration directory that later calibration steps and the playback side read
+  // back. Each member holds the configuration lock throughout, and every write replaces its file
+  // in one step (see RecordFile), so a record is never seen half written.
+
+  /// The three boundary curves of an extruded curved screen, each as an x list and a y list, in
+  /// the file "ExtrudedCurveScreenBoundary": per curve the count (the x list's length) and then
+  /// one "x y" line per point, floats with 6 significant digits. VEK_INVALID_PARAMETERS, and
+  /// nothing written, when a y list is shorter than its x list.
+  int SaveExtrudedCurveScreenBoundaryData(const std::vector<float>& x1, const std::vector<float>& y1,
+                                          const std::vector<float>& x2, const std::vector<float>& y2,
+                                          const std::vector<float>& x3, const std::vector<float>& y3);
+  /// No file is a screen without a saved boundary: VEK_SUCCESS, lists untouched. A damaged file
+  /// gives VEK_UNABLE_TO_READ_NUM_FROM_FILE ("Negative numbers unexpected" for a negative count)
+  /// and leaves the lists untouched; they are replaced only when all three curves were read.
+  int LoadExtrudedCurveScreenBoundaryData(std::vector<float>& x1, std::vector<float>& y1, std::vector<float>& x2,
+                                          std::vector<float>& y2, std::vector<float>& x3, std::vector<float>& y3);
+
+  /// The control-point grid of the input space (file "ControlPointLocations"): w x h points, point
+  /// k = (xs[k], ys[k]) in row-major order. VEK_INVALID_PARAMETERS, and nothing written, unless
+  /// both lists hold exactly w * h values.
+  int SaveInputSpaceBoundaryPoints(const std::vector<float>& xs, const std::vector<float>& ys, const int& w,
+                                   const int& h);
+  /// The lists are always emptied first. No file: VEK_SUCCESS with empty lists and w = h = 0 (no
+  /// grid saved yet). A damaged file: the reader's error, with the same empty result.
+  int LoadInputSpaceBoundaryPoints(std::vector<float>& xs, std::vector<float>& ys, int& w, int& h);
+  /// As the input-space grid, for one camera (file "CameraSpaceControlPoints" + camera in decimal).
+  /// A negative camera is VEK_INVALID_PARAMETERS.
+  int SaveCameraSpaceBoundaryPoints(int camera, const std::vector<float>& xs, const std::vector<float>& ys,
+                                    const int& w, const int& h);
+  int LoadCameraSpaceBoundaryPoints(int camera, std::vector<float>& xs, std::vector<float>& ys, int& w, int& h);
+
+  /// The tweaking records hand their file ("PerspectiveMeshTweakingData.txt",
+  /// "OrthographicMeshTweakingData.txt", "AlphaTweakingData.txt") to the object's own writer or
+  /// reader and return its result. A null object is VEK_INVALID_PARAMETERS; the smart-pointer
+  /// loaders make a new object when they are handed none.
+  int SavePerspectiveMeshTweakingData(const UniformAngleRemappingData* data);
+  int LoadPerspectiveMeshTweakingData(UniformAngleRemappingData* data);
+  int SaveOrthographicMeshTweakingData(const SmartPointer<MeshTweakingData>& data);
+  int LoadOrthographicMeshTweakingData(SmartPointer<MeshTweakingData>& data);
+  int SaveAlphaTweakingData(const SmartPointer<AlphaTweakingData>& data);
+  int LoadAlphaTweakingData(SmartPointer<AlphaTweakingData>& data);
+
+  /// The description of a restore point as XML, at a path the caller chooses (see RestorePointInfo).
+  static int SaveRestorePointInfoFile(const std::string& path, const RestorePointInfo& info);
+  static int LoadRestorePointInfoFile(const std::string& path, RestorePointInfo& info);
 
  protected:
   ConfigurationDatabase() = default;
