@@ -75,8 +75,12 @@ class VEK_EXPORT Solver : public Object {
   ~Solver() override = default;
 
   int ComputeErrors(const double* parameters, double* errors) const;
-  int ComputeJacobian() { return JacobianOf(Parameters.data(), GetNumberOfParameters(), Jacobian.data(), GetNumberOfErrors(), JacobianUser); }
-  int ComputeInitialParameters() { return InitialParameters(Parameters.data(), GetNumberOfParameters(), InitialParametersUser); }
+  int ComputeJacobian() {
+    return JacobianOf(Parameters.data(), GetNumberOfParameters(), Jacobian.data(), GetNumberOfErrors(), JacobianUser);
+  }
+  int ComputeInitialParameters() {
+    return InitialParameters(Parameters.data(), GetNumberOfParameters(), InitialParametersUser);
+  }
 
   std::vector<double> Parameters;
   std::vector<double> ErrorVector;

@@ -79,8 +79,15 @@ TEST(GaussNewtonNonlinearMinimizer, NewVectorsAndPrintout) {
 }
 
 TEST(GaussNewtonNonlinearMinimizer, MissingSetUpRunsNoCallback) {
-  Problem problem{{0}, [](const double*, double* e) { e[0] = 1; return 0; },
-                  [](const double*, double* j) { j[0] = 1; return 0; }};
+  Problem problem{{0},
+                  [](const double*, double* e) {
+                    e[0] = 1;
+                    return 0;
+                  },
+                  [](const double*, double* j) {
+                    j[0] = 1;
+                    return 0;
+                  }};
   auto minimizer = MakeMinimizer(problem, 1, 1);
   minimizer->SetJacobianFunction(nullptr, &problem);
   EXPECT_EQ(minimizer->Solve(), VEK_MINIMIZATION_PARAMETER_NOT_SET);
@@ -88,7 +95,6 @@ TEST(GaussNewtonNonlinearMinimizer, MissingSetUpRunsNoCallback) {
   EXPECT_EQ(minimizer->Solve(), VEK_MINIMIZATION_PARAMETER_NOT_SET);
   EXPECT_TRUE(problem.asked.empty());
   EXPECT_EQ(problem.jacobianCalls, 0);
-
 
   // Callback codes pass through unchanged.
   minimizer->SetJacobianFunction(&JacobianOf, &problem);
@@ -98,8 +104,10 @@ TEST(GaussNewtonNonlinearMinimizer, MissingSetUpRunsNoCallback) {
 
 TEST(GaussNewtonNonlinearMinimizer, LinearProblemSolvedInOneStep) {
   // e = (p0 - 3, p1 + 2, p0 + p1 - 1) vanishes at (3, -2).
-  Problem problem{{0, 0}, [](const double* p, double* e) { return e[0] = p[0] - 3, e[1] = p[1] + 2, e[2] = p[0] + p[1] - 1, 0; },
-                  [](const double*, double* j) { return j[0] = 1, j[1] = 0, j[2] = 0, j[3] = 1, j[4] = 1, j[5] = 1, 0; }};
+  Problem problem{
+      {0, 0},
+      [](const double* p, double* e) { return e[0] = p[0] - 3, e[1] = p[1] + 2, e[2] = p[0] + p[1] - 1, 0; },
+      [](const double*, double* j) { return j[0] = 1, j[1] = 0, j[2] = 0, j[3] = 1, j[4] = 1, j[5] = 1, 0; }};
   test::LogCapture log;
   auto minimizer = MakeMinimizer(problem, 2, 3, 1);
   ASSERT_EQ(minimizer->Solve(), VEK_SUCCESS);
@@ -113,7 +121,8 @@ TEST(GaussNewtonNonlinearMinimizer, LinearProblemSolvedInOneStep) {
 
 TEST(GaussNewtonNonlinearMinimizer, RosenbrockValley) {
   // Residuals (10 (p1 - p0^2), 1 - p0): the minimum 0 lies at (1, 1).
-  Problem problem{{-1.2, 1}, [](const double* p, double* e) { return e[0] = 10 * (p[1] - p[0] * p[0]), e[1] = 1 - p[0], 0; },
+  Problem problem{{-1.2, 1},
+                  [](const double* p, double* e) { return e[0] = 10 * (p[1] - p[0] * p[0]), e[1] = 1 - p[0], 0; },
                   [](const double* p, double* j) { return j[0] = -20 * p[0], j[1] = 10, j[2] = -1, j[3] = 0, 0; }};
   auto minimizer = MakeMinimizer(problem, 2, 2);
   ASSERT_EQ(minimizer->Solve(), VEK_SUCCESS);
@@ -124,8 +133,15 @@ TEST(GaussNewtonNonlinearMinimizer, RosenbrockValley) {
 
 // e = p - 3 with a Jacobian of the wrong sign: every step points uphill.
 Problem Uphill() {
-  return Problem{{0}, [](const double* p, double* e) { e[0] = p[0] - 3; return 0; },
-                 [](const double*, double* j) { j[0] = -1; return 0; }};
+  return Problem{{0},
+                 [](const double* p, double* e) {
+                   e[0] = p[0] - 3;
+                   return 0;
+                 },
+                 [](const double*, double* j) {
+                   j[0] = -1;
+                   return 0;
+                 }};
 }
 
 TEST(GaussNewtonNonlinearMinimizer, StepHalvingGivesUpAtTwoToTheMinus19) {
@@ -151,8 +167,15 @@ TEST(GaussNewtonNonlinearMinimizer, StepHalvingGivesUpAtTwoToTheMinus19) {
 
 TEST(GaussNewtonNonlinearMinimizer, BudgetRunsOutWithoutError) {
   // A Jacobian twice too large halves the distance to 0 every step: never converged.
-  Problem problem{{1}, [](const double* p, double* e) { e[0] = p[0]; return 0; },
-                  [](const double*, double* j) { j[0] = 2; return 0; }};
+  Problem problem{{1},
+                  [](const double* p, double* e) {
+                    e[0] = p[0];
+                    return 0;
+                  },
+                  [](const double*, double* j) {
+                    j[0] = 2;
+                    return 0;
+                  }};
   test::LogCapture log;
   auto minimizer = MakeMinimizer(problem, 1, 1, 1);
   ASSERT_EQ(minimizer->Solve(), VEK_SUCCESS);
@@ -171,8 +194,15 @@ TEST(GaussNewtonNonlinearMinimizer, BudgetRunsOutWithoutError) {
 
 TEST(GaussNewtonNonlinearMinimizer, SingularSystemZeroStepConverges) {
   // A zero Jacobian: the singular value 0 is cut, the step is exactly 0, which counts as converged.
-  Problem problem{{2}, [](const double* p, double* e) { e[0] = p[0] - 5; return 0; },
-                  [](const double*, double* j) { j[0] = 0; return 0; }};
+  Problem problem{{2},
+                  [](const double* p, double* e) {
+                    e[0] = p[0] - 5;
+                    return 0;
+                  },
+                  [](const double*, double* j) {
+                    j[0] = 0;
+                    return 0;
+                  }};
   test::LogCapture log;
   auto minimizer = MakeMinimizer(problem, 1, 1, 0);
   ASSERT_EQ(minimizer->Solve(), VEK_SUCCESS);
@@ -184,7 +214,8 @@ TEST(GaussNewtonNonlinearMinimizer, SingularSystemZeroStepConverges) {
 
 TEST(GaussNewtonNonlinearMinimizer, StepLimitScalesTheWholeStep) {
   // e = (p0 - 10, p1 - 5): the first step (10, 5) is cut to (2, 1).
-  Problem problem{{0, 0}, [](const double* p, double* e) { return e[0] = p[0] - 10, e[1] = p[1] - 5, 0; },
+  Problem problem{{0, 0},
+                  [](const double* p, double* e) { return e[0] = p[0] - 10, e[1] = p[1] - 5, 0; },
                   [](const double*, double* j) { return j[0] = 1, j[1] = 0, j[2] = 0, j[3] = 1, 0; }};
   test::LogCapture log;
   auto minimizer = MakeMinimizer(problem, 2, 2, 3);

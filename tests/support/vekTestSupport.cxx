@@ -12,8 +12,8 @@ namespace vek::test {
 
 TempDirectory::TempDirectory() {
   std::random_device seed;
-  std::mt19937_64 random(seed() ^ static_cast<unsigned long long>(
-                                      std::chrono::steady_clock::now().time_since_epoch().count()));
+  std::mt19937_64 random(seed() ^
+                         static_cast<unsigned long long>(std::chrono::steady_clock::now().time_since_epoch().count()));
   do {
     Root = std::filesystem::temp_directory_path() / ("vek-test-" + std::to_string(random()));
   } while (!std::filesystem::create_directory(Root));

@@ -45,10 +45,10 @@ int ShowError(int argc, char** argv) {
   std::string name = vek::ErrorHelper::GetErrorName(code);
   std::wstring message;
   if (name.empty() || vek::ConfigurationDatabase::GetText(name, message) != VEK_SUCCESS)
-    message = vek::Utf8ToWide(vek::ErrorHelper::GetErrorMessageWithNoExtras(
-        vek::ErrorHelper::GetErrorWithoutCustomMessageFlag(code)));
-  std::cout << (name.empty() ? "(unnamed)" : name) << " ("
-            << vek::ErrorHelper::GetErrorWithoutCustomMessageFlag(code) << "): " << vek::WideToUtf8(message) << "\n";
+    message = vek::Utf8ToWide(
+        vek::ErrorHelper::GetErrorMessageWithNoExtras(vek::ErrorHelper::GetErrorWithoutCustomMessageFlag(code)));
+  std::cout << (name.empty() ? "(unnamed)" : name) << " (" << vek::ErrorHelper::GetErrorWithoutCustomMessageFlag(code)
+            << "): " << vek::WideToUtf8(message) << "\n";
   return 0;
 }
 

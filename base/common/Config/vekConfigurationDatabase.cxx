@@ -29,7 +29,6 @@ void ConfigurationDatabase::PrintSelf(std::ostream& os, Indent indent) const {
   os << indent << "CalibrationGroupId: " << CalibrationGroupId << "\n";
 }
 
-
 namespace {
 
 constexpr char kUnknownType[] = "Unknown";
@@ -69,8 +68,8 @@ int WithoutDescription(int result) { return result == VEK_FILE_NOT_FOUND ? VEK_S
 // Reads the value text of the last line for the key and checks it against the described type.
 // `missing` is set when the key has no line.
 template <class T>
-int ReadOptionText(ConfigurationDatabase& store, const std::string& optionsFile, const std::string& key,
-                          const T& typed, std::string& valueText, bool& missing) {
+int ReadOptionText(ConfigurationDatabase& store, const std::string& optionsFile, const std::string& key, const T& typed,
+                   std::string& valueText, bool& missing) {
   std::string line, type;
   int result = OptionFile::GetLastMatchingLine(optionsFile, key, line);
   if (result != VEK_SUCCESS) return result;
@@ -246,8 +245,9 @@ int ConfigurationDatabase::SetOption(const std::string& key, const T& value, con
   result = OptionFile::GetLastMatchingLine(InfoFile, key, infoLine);
   if (result != VEK_SUCCESS && result != VEK_FILE_NOT_FOUND) return result;
   if (infoLine.empty()) {
-    result = OptionFile::AddOrModifyOneLine(InfoFile, key, key + "\t" + OptionValue::TypeName(value) + "\t" +
-                                                               std::to_string(OptionVisibilityNewOption) + "\n");
+    result = OptionFile::AddOrModifyOneLine(
+        InfoFile, key,
+        key + "\t" + OptionValue::TypeName(value) + "\t" + std::to_string(OptionVisibilityNewOption) + "\n");
     if (result != VEK_SUCCESS) return result;
   }
   return LoadOptionsDatabase();
@@ -327,8 +327,7 @@ int ConfigurationDatabase::WalkOptionList(std::vector<std::string>& names, std::
     if (visibleOnly) {
       std::string name, type, defaultText, minimum, maximum;
       int visibility = 0;
-      if (OptionFile::ParseOptionInfoLine(line, name, type, visibility, defaultText, minimum, maximum) !=
-              VEK_SUCCESS ||
+      if (OptionFile::ParseOptionInfoLine(line, name, type, visibility, defaultText, minimum, maximum) != VEK_SUCCESS ||
           visibility < threshold)
         continue;
     }
@@ -389,10 +388,9 @@ int ConfigurationDatabase::GetOptionItemIndex(const std::string& key, const T& i
   return first == values.end() ? -1 : static_cast<int>(first - values.begin());
 }
 
-#define VEK_CONFIGURATION_SCALAR(T)                                                                    \
-  template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, T&);                \
-  template VEK_EXPORT int ConfigurationDatabase::SetOption<T>(const std::string&, const T&,           \
-                                                              const std::string&);                    \
+#define VEK_CONFIGURATION_SCALAR(T)                                                                              \
+  template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, T&);                           \
+  template VEK_EXPORT int ConfigurationDatabase::SetOption<T>(const std::string&, const T&, const std::string&); \
   template VEK_EXPORT int ConfigurationDatabase::GetOptionDefault<T>(const std::string&, T&);
 VEK_CONFIGURATION_SCALAR(int)
 VEK_CONFIGURATION_SCALAR(float)
@@ -400,18 +398,18 @@ VEK_CONFIGURATION_SCALAR(double)
 VEK_CONFIGURATION_SCALAR(bool)
 VEK_CONFIGURATION_SCALAR(std::string)
 #undef VEK_CONFIGURATION_SCALAR
-#define VEK_CONFIGURATION_LIST(T)                                                                       \
-  template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, std::vector<T>&);   \
-  template VEK_EXPORT int ConfigurationDatabase::SetOption<std::vector<T>>(                           \
-      const std::string&, const std::vector<T>&, const std::string&);
+#define VEK_CONFIGURATION_LIST(T)                                                                                     \
+  template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, std::vector<T>&);                   \
+  template VEK_EXPORT int ConfigurationDatabase::SetOption<std::vector<T>>(const std::string&, const std::vector<T>&, \
+                                                                           const std::string&);
 VEK_CONFIGURATION_LIST(int)
 VEK_CONFIGURATION_LIST(float)
 VEK_CONFIGURATION_LIST(bool)
 VEK_CONFIGURATION_LIST(std::string)
 #undef VEK_CONFIGURATION_LIST
-#define VEK_CONFIGURATION_ITEMS(T)                                                                         \
-  template VEK_EXPORT int ConfigurationDatabase::AddItemToOption<T>(const std::string&, const T&);        \
-  template VEK_EXPORT int ConfigurationDatabase::RemoveItemFromOption<T>(const std::string&, const T&);   \
+#define VEK_CONFIGURATION_ITEMS(T)                                                                      \
+  template VEK_EXPORT int ConfigurationDatabase::AddItemToOption<T>(const std::string&, const T&);      \
+  template VEK_EXPORT int ConfigurationDatabase::RemoveItemFromOption<T>(const std::string&, const T&); \
   template VEK_EXPORT int ConfigurationDatabase::GetOptionItemIndex<T>(const std::string&, const T&);
 VEK_CONFIGURATION_ITEMS(int)
 VEK_CONFIGURATION_ITEMS(float)

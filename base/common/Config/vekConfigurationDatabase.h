@@ -221,10 +221,10 @@ class VEK_EXPORT ConfigurationDatabase : public Object {
   std::string InfoFile;
 };
 
-#define VEK_CONFIGURATION_SCALAR(T)                                                                 \
-  extern template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, T&);        \
-  extern template VEK_EXPORT int ConfigurationDatabase::SetOption<T>(const std::string&, const T&,   \
-                                                                     const std::string&);           \
+#define VEK_CONFIGURATION_SCALAR(T)                                                                \
+  extern template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, T&);      \
+  extern template VEK_EXPORT int ConfigurationDatabase::SetOption<T>(const std::string&, const T&, \
+                                                                     const std::string&);          \
   extern template VEK_EXPORT int ConfigurationDatabase::GetOptionDefault<T>(const std::string&, T&);
 VEK_CONFIGURATION_SCALAR(int)
 VEK_CONFIGURATION_SCALAR(float)
@@ -232,16 +232,16 @@ VEK_CONFIGURATION_SCALAR(double)
 VEK_CONFIGURATION_SCALAR(bool)
 VEK_CONFIGURATION_SCALAR(std::string)
 #undef VEK_CONFIGURATION_SCALAR
-#define VEK_CONFIGURATION_LIST(T)                                                                            \
-  extern template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, std::vector<T>&);  \
-  extern template VEK_EXPORT int ConfigurationDatabase::SetOption<std::vector<T>>(                          \
+#define VEK_CONFIGURATION_LIST(T)                                                                          \
+  extern template VEK_EXPORT int ConfigurationDatabase::GetOption<T>(const std::string&, std::vector<T>&); \
+  extern template VEK_EXPORT int ConfigurationDatabase::SetOption<std::vector<T>>(                         \
       const std::string&, const std::vector<T>&, const std::string&);
 VEK_CONFIGURATION_LIST(int)
 VEK_CONFIGURATION_LIST(float)
 VEK_CONFIGURATION_LIST(bool)
 VEK_CONFIGURATION_LIST(std::string)
 #undef VEK_CONFIGURATION_LIST
-#define VEK_CONFIGURATION_ITEMS(T)                                                                              \
+#define VEK_CONFIGURATION_ITEMS(T)                                                                             \
   extern template VEK_EXPORT int ConfigurationDatabase::AddItemToOption<T>(const std::string&, const T&);      \
   extern template VEK_EXPORT int ConfigurationDatabase::RemoveItemFromOption<T>(const std::string&, const T&); \
   extern template VEK_EXPORT int ConfigurationDatabase::GetOptionItemIndex<T>(const std::string&, const T&);

@@ -38,7 +38,8 @@ void WriteCurve(std::ostream& os, const std::vector<float>& xs, const std::vecto
 int ReadCurve(std::istream& in, std::vector<float>& xs, std::vector<float>& ys) {
   long long count = 0;
   if (!(in >> count)) return VEK_UNABLE_TO_READ_NUM_FROM_FILE;
-  if (count < 0) return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_READ_NUM_FROM_FILE, "Negative numbers unexpected");
+  if (count < 0)
+    return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_READ_NUM_FROM_FILE, "Negative numbers unexpected");
   xs.clear();
   ys.clear();
   const size_t reserve = static_cast<size_t>(std::min<long long>(count, RecordFile::kReserveLimit));
@@ -98,12 +99,9 @@ std::string CameraSpaceFile(int camera) { return RecordPath(kCameraSpaceFile + s
 
 }  // namespace
 
-int ConfigurationDatabase::SaveExtrudedCurveScreenBoundaryData(const std::vector<float>& x1,
-                                                               const std::vector<float>& y1,
-                                                               const std::vector<float>& x2,
-                                                               const std::vector<float>& y2,
-                                                               const std::vector<float>& x3,
-                                                               const std::vector<float>& y3) {
+int ConfigurationDatabase::SaveExtrudedCurveScreenBoundaryData(
+    const std::vector<float>& x1, const std::vector<float>& y1, const std::vector<float>& x2,
+    const std::vector<float>& y2, const std::vector<float>& x3, const std::vector<float>& y3) {
   RecursiveLockGuard guard(Lock());
   if (y1.size() < x1.size() || y2.size() < x2.size() || y3.size() < x3.size()) return VEK_INVALID_PARAMETERS;
   std::ostringstream text;

@@ -69,19 +69,8 @@ int ControlPoints::Read(std::istream& in) {
     return RecordFile::Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE, failed + "bad grid size.");
   const long long count = width * height;
   std::vector<vec2<float>> points;
-  try {
-    points.reserve(static_cast<size_t>(std::min<long long>(count, RecordFile::kReserveLimit)));
-    for (long long k = 0; k < count; ++k) {
-      vec2<float> p;
-      if (!(in >> p.x >> p.y))
-        return RecordFile::Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE,
-                                   failed + "point " + std::to_string(k) + " of " + std::to_string(count) + " missing.");
-      points.push_back(p);
-    }
-  } catch (const std::bad_alloc&) {
-    RecordFile::Damaged(in, VEK_FAILED_TO_ALLOCATE_MEMORY, failed + "out of memory.");
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
+  status = RecordFile::ReadValues(in, count, points, failed, "point");
+  if (status != VEK_SUCCESS) return status;
   status = RecordFile::ReadEndOfObject(in, kType);
   if (status != VEK_SUCCESS) return status;
   Width = static_cast<int>(width);
@@ -90,18 +79,8 @@ int ControlPoints::Read(std::istream& in) {
   return VEK_SUCCESS;
 }
 
-int ControlPoints::WriteToFile(const std::string& fileName) const {
-  std::ostringstream text;
-  const int status = Write(text);
-  return status == VEK_SUCCESS ? RecordFile::Replace(fileName, text.str()) : status;
-}
+int ControlPoints::WriteToFile(const std::string& fileName) const { return RecordFile::WriteRecord(*this, fileName); }
 
-int ControlPoints::ReadFromFile(const std::string& fileName) {
-  std::ifstream* opened = nullptr;
-  const int status = IOBase::OpenFileForReading(opened, fileName);
-  if (status != VEK_SUCCESS) return status;
-  std::unique_ptr<std::ifstream> in(opened);
-  return Read(*in);
-}
+int ControlPoints::ReadFromFile(const std::string& fileName) { return RecordFile::ReadRecord(*this, fileName); }
 
 }  // namespace vek

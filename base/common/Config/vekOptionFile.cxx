@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <map>
+#include <memory>
 #include <set>
 
 #include "vekErrorCodes.h"

@@ -26,7 +26,9 @@ std::string Lower(std::string text) {
 
 bool OptionValue::FromText(const std::string& text, int& value) { return std::sscanf(text.c_str(), "%d", &value) == 1; }
 
-bool OptionValue::FromText(const std::string& text, float& value) { return std::sscanf(text.c_str(), "%f", &value) == 1; }
+bool OptionValue::FromText(const std::string& text, float& value) {
+  return std::sscanf(text.c_str(), "%f", &value) == 1;
+}
 
 bool OptionValue::FromText(const std::string& text, double& value) {
   return std::sscanf(text.c_str(), "%lf", &value) == 1;

@@ -15,8 +15,9 @@ int RecordFile::Replace(const std::string& file, const std::string& content) {
   platform::FileLock otherProcesses(file + ".lock");
   if (OptionFile::WriteReplacement(file, content) != VEK_SUCCESS) {
     std::remove((file + ".tmp").c_str());
-    return ErrorHelper::ErrorWithCustomMessage(
-        VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING, CustomLanguageString("VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING_CUSTOM") << file);
+    return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING,
+                                               CustomLanguageString("VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING_CUSTOM")
+                                                   << file);
   }
   if (OptionFile::CommitReplacement(file) != VEK_SUCCESS) {
     std::remove((file + ".tmp").c_str());
@@ -27,8 +28,8 @@ int RecordFile::Replace(const std::string& file, const std::string& content) {
 
 int RecordFile::ReadFrame(std::istream& in, const std::string& type, const std::string& version) {
   bool empty = false;
-  int status = ObjectStream::ReadObjectHeader(in, "Failed to read " + type + " from stream, found incorrect object header.",
-                                              empty);
+  int status = ObjectStream::ReadObjectHeader(
+      in, "Failed to read " + type + " from stream, found incorrect object header.", empty);
   if (status != VEK_SUCCESS) return status;
   if (empty)
     return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_READ_FROM_STREAM,

@@ -1,8 +1,17 @@
 #pragma once
+#include <algorithm>
+#include <fstream>
 #include <istream>
+#include <memory>
+#include <new>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "vekCommonExport.h"
+#include "vekErrorCodes.h"
+#include "vekIOBase.h"
+#include "vekVec2.h"
 
 namespace vek {
 
@@ -35,8 +44,54 @@ class VEK_EXPORT RecordFile {
   /// Takes the closing brace; anything else first is VEK_FILE_NOT_FORMATTED_PROPERLY.
   static int ReadEndOfObject(std::istream& in, const std::string& type);
 
+  /// Reads `count` blank-separated values (floats, or points as x y) into `values`. A missing one
+  /// is reported as "<failed><what> k of count missing." (VEK_UNABLE_TO_READ_NUM_FROM_FILE) and
+  /// the damaged object skipped; `values` is then partly filled and must be dropped.
+  template <class T>
+  static int ReadValues(std::istream& in, long long count, std::vector<T>& values, const std::string& failed,
+                        const char* what);
+
+  /// A record's stream form (its Write(std::ostream&)) written to `file` as Replace does.
+  template <class Record>
+  static int WriteRecord(const Record& record, const std::string& file) {
+    std::ostringstream text;
+    const int status = record.Write(text);
+    return status == VEK_SUCCESS ? Replace(file, text.str()) : status;
+  }
+  /// One record read from `file` (by its Read(std::istream&)); the opening errors of IOBase.
+  template <class Record>
+  static int ReadRecord(Record& record, const std::string& file) {
+    std::ifstream* opened = nullptr;
+    const int status = IOBase::OpenFileForReading(opened, file);
+    if (status != VEK_SUCCESS) return status;
+    std::unique_ptr<std::ifstream> in(opened);
+    return record.Read(*in);
+  }
+
  private:
   RecordFile() = delete;
+
+  static bool ReadOne(std::istream& in, float& value) { return static_cast<bool>(in >> value); }
+  static bool ReadOne(std::istream& in, vec2<float>& point) { return static_cast<bool>(in >> point.x >> point.y); }
 };
+
+template <class T>
+int RecordFile::ReadValues(std::istream& in, long long count, std::vector<T>& values, const std::string& failed,
+                           const char* what) {
+  try {
+    values.reserve(static_cast<size_t>(std::min<long long>(count, kReserveLimit)));
+    for (long long k = 0; k < count; ++k) {
+      T value;
+      if (!ReadOne(in, value))
+        return Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE,
+                       failed + what + " " + std::to_string(k) + " of " + std::to_string(count) + " missing.");
+      values.push_back(value);
+    }
+  } catch (const std::bad_alloc&) {
+    Damaged(in, VEK_FAILED_TO_ALLOCATE_MEMORY, failed + "out of memory.");
+    return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  }
+  return VEK_SUCCESS;
+}
 
 }  // namespace vek

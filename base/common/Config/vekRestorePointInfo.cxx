@@ -1,11 +1,11 @@
 #include "vekRestorePointInfo.h"
 
+#include <tinyxml2.h>
 #include <charconv>
 #include <fstream>
 #include <iterator>
 #include <memory>
 #include <new>
-#include <tinyxml2.h>
 
 #include "vekCustomLanguageString.h"
 #include "vekErrorCodes.h"
@@ -86,8 +86,9 @@ int RestorePointInfo::ReadFromFile(const std::string& path) {
       return VEK_FAILED_TO_ALLOCATE_MEMORY;
     }
     if (in->bad())
-      return ErrorHelper::ErrorWithCustomMessage(
-          VEK_UNABLE_TO_OPEN_FILE_FOR_READING, CustomLanguageString("VEK_UNABLE_TO_OPEN_FILE_FOR_READING_CUSTOM") << path);
+      return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_OPEN_FILE_FOR_READING,
+                                                 CustomLanguageString("VEK_UNABLE_TO_OPEN_FILE_FOR_READING_CUSTOM")
+                                                     << path);
   }
   tinyxml2::XMLDocument document;
   if (document.Parse(bytes.data(), bytes.size()) != tinyxml2::XML_SUCCESS)

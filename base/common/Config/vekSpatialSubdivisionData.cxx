@@ -33,8 +33,8 @@ SpatialSubdivisionData* SpatialSubdivisionData::New() { return new (std::nothrow
 
 void SpatialSubdivisionData::PrintSelf(std::ostream& os, Indent indent) const {
   Object::PrintSelf(os, indent);
-  os << indent << "Grid: " << Offsetx << " " << Offsety << " " << Spacex << " " << Spacey << " " << Numx << " "
-     << Numy << "\n";
+  os << indent << "Grid: " << Offsetx << " " << Offsety << " " << Spacex << " " << Spacey << " " << Numx << " " << Numy
+     << "\n";
   os << indent << "NumberOfLayers: " << Layers << "\n";
   os << indent << "NumberOfComponents: " << Components << "\n";
 }
@@ -90,8 +90,8 @@ int SpatialSubdivisionData::Write(std::ostream& os, const std::string& indent) c
   std::ostringstream text;
   text.precision(RecordFile::kFloatDigits);
   ObjectStream::WriteObjectHeader(text, indent, GetClassName(), kVersion);
-  text << indent << "Grid " << Offsetx << " " << Offsety << " " << Spacex << " " << Spacey << " " << Numx << " "
-       << Numy << " \n";
+  text << indent << "Grid " << Offsetx << " " << Offsety << " " << Spacex << " " << Spacey << " " << Numx << " " << Numy
+       << " \n";
   text << indent << "Layers " << Layers << " Components " << Components << " \n";
   for (size_t k = 0; k < Values.size(); k += static_cast<size_t>(Components)) {
     text << indent << " ";
@@ -135,19 +135,8 @@ int SpatialSubdivisionData::Read(std::istream& in) {
   const long long count = ValueCount(numx, numy, layers, components);
   if (count < 0) return RecordFile::Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE, failed + "bad counts.");
   std::vector<float> values;
-  try {
-    values.reserve(static_cast<size_t>(std::min<long long>(count, RecordFile::kReserveLimit)));
-    for (long long k = 0; k < count; ++k) {
-      float value;
-      if (!(in >> value))
-        return RecordFile::Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE,
-                                   failed + "value " + std::to_string(k) + " of " + std::to_string(count) + " missing.");
-      values.push_back(value);
-    }
-  } catch (const std::bad_alloc&) {
-    RecordFile::Damaged(in, VEK_FAILED_TO_ALLOCATE_MEMORY, failed + "out of memory.");
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
+  status = RecordFile::ReadValues(in, count, values, failed, "value");
+  if (status != VEK_SUCCESS) return status;
   status = RecordFile::ReadEndOfObject(in, type);
   if (status != VEK_SUCCESS) return status;
   Offsetx = offsetx;
@@ -162,17 +151,11 @@ int SpatialSubdivisionData::Read(std::istream& in) {
 }
 
 int SpatialSubdivisionData::WriteToFile(const std::string& fileName) const {
-  std::ostringstream text;
-  const int status = Write(text);
-  return status == VEK_SUCCESS ? RecordFile::Replace(fileName, text.str()) : status;
+  return RecordFile::WriteRecord(*this, fileName);
 }
 
 int SpatialSubdivisionData::ReadFromFile(const std::string& fileName) {
-  std::ifstream* opened = nullptr;
-  const int status = IOBase::OpenFileForReading(opened, fileName);
-  if (status != VEK_SUCCESS) return status;
-  std::unique_ptr<std::ifstream> in(opened);
-  return Read(*in);
+  return RecordFile::ReadRecord(*this, fileName);
 }
 
 }  // namespace vek

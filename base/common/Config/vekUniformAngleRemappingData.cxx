@@ -18,7 +18,8 @@ namespace {
 
 float Nominal(float minimum, float maximum, int count, int index) {
   if (count <= 1) return minimum;
-  return static_cast<float>(minimum + static_cast<double>(index) * (static_cast<double>(maximum) - minimum) / (count - 1));
+  return static_cast<float>(minimum +
+                            static_cast<double>(index) * (static_cast<double>(maximum) - minimum) / (count - 1));
 }
 
 bool ValidCounts(long long numx, long long numy) { return numx >= 0 && numy >= 0 && numx * numy <= INT_MAX; }
@@ -104,22 +105,12 @@ int UniformAngleRemappingData::Read(std::istream& in) {
   if ((status = readLine("Azimuth", azimuthMin, azimuthMax)) != VEK_SUCCESS) return status;
   if ((status = readLine("Elevation", elevationMin, elevationMax)) != VEK_SUCCESS) return status;
   if ((status = readLine("Nodes", numx, numy)) != VEK_SUCCESS) return status;
-  if (!ValidCounts(numx, numy)) return RecordFile::Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE, failed + "bad counts.");
+  if (!ValidCounts(numx, numy))
+    return RecordFile::Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE, failed + "bad counts.");
   const long long count = numx * numy;
   std::vector<vec2<float>> angles;
-  try {
-    angles.reserve(static_cast<size_t>(std::min<long long>(count, RecordFile::kReserveLimit)));
-    for (long long k = 0; k < count; ++k) {
-      vec2<float> a;
-      if (!(in >> a.x >> a.y))
-        return RecordFile::Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE,
-                                   failed + "node " + std::to_string(k) + " of " + std::to_string(count) + " missing.");
-      angles.push_back(a);
-    }
-  } catch (const std::bad_alloc&) {
-    RecordFile::Damaged(in, VEK_FAILED_TO_ALLOCATE_MEMORY, failed + "out of memory.");
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
+  status = RecordFile::ReadValues(in, count, angles, failed, "node");
+  if (status != VEK_SUCCESS) return status;
   status = RecordFile::ReadEndOfObject(in, kType);
   if (status != VEK_SUCCESS) return status;
   AzimuthMin = azimuthMin;
@@ -133,17 +124,9 @@ int UniformAngleRemappingData::Read(std::istream& in) {
 }
 
 int UniformAngleRemappingData::Write(const std::string& fileName) const {
-  std::ostringstream text;
-  const int status = Write(text);
-  return status == VEK_SUCCESS ? RecordFile::Replace(fileName, text.str()) : status;
+  return RecordFile::WriteRecord(*this, fileName);
 }
 
-int UniformAngleRemappingData::Read(const std::string& fileName) {
-  std::ifstream* opened = nullptr;
-  const int status = IOBase::OpenFileForReading(opened, fileName);
-  if (status != VEK_SUCCESS) return status;
-  std::unique_ptr<std::ifstream> in(opened);
-  return Read(*in);
-}
+int UniformAngleRemappingData::Read(const std::string& fileName) { return RecordFile::ReadRecord(*this, fileName); }
 
 }  // namespace vek

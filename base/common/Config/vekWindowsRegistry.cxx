@@ -159,8 +159,8 @@ int WindowsRegistry::WriteLastErrorMessage(int code, const std::wstring& message
     VEK_REPORT_ERROR("Unable to Write  Registry Key Value LastError");
     result = VEK_UNABLE_TO_WRITE_REGISTRY_VALUE;
   }
-  if (!keyReady ||
-      !platform::RegistryWriteString(Root::CurrentUser, kRegistryCompanionKey, "LastErrorMessage", WideToUtf8(message))) {
+  if (!keyReady || !platform::RegistryWriteString(Root::CurrentUser, kRegistryCompanionKey, "LastErrorMessage",
+                                                  WideToUtf8(message))) {
     VEK_REPORT_ERROR("Unable to Write  Registry Key Value LastErrorMessage");
     result = VEK_UNABLE_TO_WRITE_REGISTRY_VALUE;
   }
@@ -184,7 +184,8 @@ int WindowsRegistry::GetEncryptedRegistryString(const std::string& valueName, st
 
 void WindowsRegistry::GetCompanionFloat(const std::wstring& valueName, float& value) {
   std::string text;
-  if (!platform::RegistryReadString(Root::CurrentUser, kRegistryCompanionKey, WideToUtf8(valueName), text) || text.empty())
+  if (!platform::RegistryReadString(Root::CurrentUser, kRegistryCompanionKey, WideToUtf8(valueName), text) ||
+      text.empty())
     return;
   char* end = nullptr;
   errno = 0;

@@ -56,8 +56,7 @@ class VEK_EXPORT WindowsRegistry : public Object {
   static int GetRegistryString(const std::string& valueName, std::string& value, const std::string& subkey,
                                const int& bufferSize, Root root = Root::LocalMachine);
   /// Creates the key of the local machine when it is missing.
-  static int SetRegistryString(const std::string& valueName, const std::string& valueText,
-                               const std::string& subkey);
+  static int SetRegistryString(const std::string& valueName, const std::string& valueText, const std::string& subkey);
   /// Writes a DWORD under the local machine.
   static int SetRegistry(const std::string& subkey, const unsigned long& value, const std::string& valueName,
                          bool create);
@@ -82,8 +81,8 @@ class VEK_EXPORT WindowsRegistry : public Object {
 
   static int SetEncryptedRegistryString(const std::string& valueName, const std::string& valueText,
                                         const std::string& subkey);
-  static int GetEncryptedRegistryString(const std::string& valueName, std::string& value,
-                                        const std::string& subkey, const int& bufferSize);
+  static int GetEncryptedRegistryString(const std::string& valueName, std::string& value, const std::string& subkey,
+                                        const int& bufferSize);
 
   /// A float kept as decimal text in a string value of the companion key; `value` is left as it was
   /// when the value is missing, not a string, or not wholly a number.

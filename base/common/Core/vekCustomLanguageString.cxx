@@ -39,7 +39,9 @@ CustomLanguageString& CustomLanguageString::operator<<(const std::string& value)
   return *this;
 }
 
-CustomLanguageString& CustomLanguageString::operator<<(const char* value) { return *this << std::string(value ? value : ""); }
+CustomLanguageString& CustomLanguageString::operator<<(const char* value) {
+  return *this << std::string(value ? value : "");
+}
 
 CustomLanguageString& CustomLanguageString::operator<<(const std::wstring& value) {
   FillNextPlaceholder(value);

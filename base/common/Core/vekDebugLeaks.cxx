@@ -116,8 +116,8 @@ void DebugLeaks::ShowAllLeaks(std::ostream& os) const {
     if (!m_ListedObjects[i]) continue;
     const LeaksInfoArray& bucket = *m_ListedObjects[i];
     for (unsigned int k = 0; k < bucket.GetCount(); ++k, ++n)
-      os << "Leak: " << n << " Created: " << bucket[k].Creator << " in " << bucket[k].FileName
-         << " at line number " << bucket[k].LineNumber << "\n";
+      os << "Leak: " << n << " Created: " << bucket[k].Creator << " in " << bucket[k].FileName << " at line number "
+         << bucket[k].LineNumber << "\n";
   }
   os << "Found " << n << " Leaks\n";
 }

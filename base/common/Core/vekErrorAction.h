@@ -23,8 +23,7 @@ class VEK_EXPORT ErrorActionCallback {
 class VEK_EXPORT GuiErrorActionCallback {
  public:
   virtual ~GuiErrorActionCallback() = default;
-  virtual ErrorActionWithPreference GetErrorActionAndPreference(const int& errorCode,
-                                                                const ErrorAction& defaultAction);
+  virtual ErrorActionWithPreference GetErrorActionAndPreference(const int& errorCode, const ErrorAction& defaultAction);
 };
 
 /// The application's callbacks, process-wide. Not owned: the application keeps them alive.

@@ -64,8 +64,8 @@ std::string ErrorHelper::GetErrorMessageWithNoExtras(const int& code) {
 }
 
 std::string ErrorHelper::GetErrorMessageWithExtras(const int& code) {
-  std::string text = GetErrorMessageWithNoExtras(code) + " (Error " +
-                     std::to_string(GetErrorWithoutCustomMessageFlag(code)) + ")";
+  std::string text =
+      GetErrorMessageWithNoExtras(code) + " (Error " + std::to_string(GetErrorWithoutCustomMessageFlag(code)) + ")";
   if (code != VEK_SUCCESS)
     VEK_REPORT_ERROR(text);
   else

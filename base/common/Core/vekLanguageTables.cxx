@@ -6,8 +6,8 @@
 
 #include "vekClassInitializer.h"
 #include "vekErrorCodes.h"
-#include "vekRecursiveLock.h"
 #include "vekPlatform.h"
+#include "vekRecursiveLock.h"
 #include "vekTextConversion.h"
 
 namespace vek {

@@ -77,7 +77,7 @@ extern template VEK_EXPORT std::wstring LanguageTables::FormatLanguageString<int
                                                                                   const int&);
 extern template VEK_EXPORT std::wstring LanguageTables::FormatLanguageString<float>(std::wstring&, int, const wchar_t*,
                                                                                     const float&);
-extern template VEK_EXPORT std::wstring LanguageTables::FormatLanguageString<double>(std::wstring&, int,
-                                                                                     const wchar_t*, const double&);
+extern template VEK_EXPORT std::wstring LanguageTables::FormatLanguageString<double>(std::wstring&, int, const wchar_t*,
+                                                                                     const double&);
 
 }  // namespace vek

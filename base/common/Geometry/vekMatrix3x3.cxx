@@ -267,8 +267,8 @@ void Matrix3x3::FillRotationFromUnitQuaternion(double w, const double q[3], doub
 double Matrix3x3::QuaternionReal(const double* q) {
   const double s = q[0] * q[0] + q[1] * q[1] + q[2] * q[2];
   if (s <= 1.0) return std::sqrt(1.0 - s);
-  VEK_REPORT_ERROR("This should not happen, sum is bigger than 1:" << q[0] << " " << q[1] << " " << q[2] << " "
-                                                                    << q[3] << ":" << s);
+  VEK_REPORT_ERROR("This should not happen, sum is bigger than 1:" << q[0] << " " << q[1] << " " << q[2] << " " << q[3]
+                                                                   << ":" << s);
   return 0.0;
 }
 

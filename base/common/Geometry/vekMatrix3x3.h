@@ -25,9 +25,7 @@ class VEK_EXPORT Matrix3x3 : public Object {
   void SetElement(int row, int col, double value) { Elements[row][col] = value; }
   double& SetElement(int row, int col) { return Elements[row][col]; }
   void GetRow(int i, Vector3& row) const { row.Set3Vec(Elements[i][0], Elements[i][1], Elements[i][2]); }
-  void GetColumn(int j, Vector3& column) const {
-    column.Set3Vec(Elements[0][j], Elements[1][j], Elements[2][j]);
-  }
+  void GetColumn(int j, Vector3& column) const { column.Set3Vec(Elements[0][j], Elements[1][j], Elements[2][j]); }
   void SetRow(int i, const Vector3& row);
   void SetColumn(int j, const Vector3& column);
 
@@ -65,8 +63,7 @@ class VEK_EXPORT Matrix3x3 : public Object {
 
   /// Cramer's rule for a x + b y = e, c x + d y = f. det is always written; when it is exactly 0,
   /// x and y are left as they were.
-  static void Solve2x2(double a, double b, double c, double d, double e, double f, double& x, double& y,
-                       double& det);
+  static void Solve2x2(double a, double b, double c, double d, double e, double f, double& x, double& y, double& det);
 
   /// Right-handed rotation by `angle` about `axis`, which must already have unit length. An angle
   /// of exactly 0 gives the identity whatever the axis.

@@ -8,9 +8,7 @@
 
 namespace vek {
 
-OrderedQuadrilateral::OrderedQuadrilateral(const vec2<float> points[4]) {
-  std::copy(points, points + 4, Points);
-}
+OrderedQuadrilateral::OrderedQuadrilateral(const vec2<float> points[4]) { std::copy(points, points + 4, Points); }
 
 int OrderedQuadrilateral::IsInitialized() const {
   for (const auto& p : Points)
@@ -48,10 +46,8 @@ void OrderedQuadrilateral::GetValuesForTestingInsidedness(Rectangle& outer, Rect
   outer = Rectangle(min, max);
   const vec2<float>&p0 = Points[0], &p1 = Points[1], &p2 = Points[2], &p3 = Points[3];
   inner.Init(std::max(p0.x, p2.x), std::max(p0.y, p1.y), std::min(p1.x, p3.x), std::min(p2.y, p3.y));
-  const vec2<float> directions[4] = {{p1.x - p0.x, p1.y - p0.y},
-                                     {p3.x - p1.x, p3.y - p1.y},
-                                     {p0.x - p2.x, p0.y - p2.y},
-                                     {p2.x - p3.x, p2.y - p3.y}};
+  const vec2<float> directions[4] = {
+      {p1.x - p0.x, p1.y - p0.y}, {p3.x - p1.x, p3.y - p1.y}, {p0.x - p2.x, p0.y - p2.y}, {p2.x - p3.x, p2.y - p3.y}};
   for (int k = 0; k < 4; ++k) {
     const vec2<float>& d = directions[k];
     const float length = std::sqrt(d.x * d.x + d.y * d.y);
@@ -64,8 +60,7 @@ int OrderedQuadrilateral::IsInside(const Rectangle& outer, const Rectangle& inne
   if (inner.GetMinx() - t <= p.x && p.x <= inner.GetMaxx() + t && inner.GetMiny() - t <= p.y &&
       p.y <= inner.GetMaxy() + t)
     return 1;
-  if (p.x > outer.GetMaxx() + t || p.x < outer.GetMinx() - t || p.y > outer.GetMaxy() + t ||
-      p.y < outer.GetMiny() - t)
+  if (p.x > outer.GetMaxx() + t || p.x < outer.GetMinx() - t || p.y > outer.GetMaxy() + t || p.y < outer.GetMiny() - t)
     return 0;
   for (int k = 0; k < 4; ++k) {
     const float s = (p.x - Points[k].x) * normals[k].x + (p.y - Points[k].y) * normals[k].y;

@@ -11,7 +11,8 @@ Quaternion* Quaternion::New() { return new Quaternion; }
 void Quaternion::PrintSelf(std::ostream& os, Indent indent) const {
   Object::PrintSelf(os, indent);
   os << indent << "Scalar Part: " << w << "\n";
-  os << indent << "Vector Part: " << x << " " << y << " " << z << " " << "\n";
+  os << indent << "Vector Part: " << x << " " << y << " " << z << " "
+     << "\n";
 }
 
 void Quaternion::Set(double wValue, double xValue, double yValue, double zValue) {

@@ -128,9 +128,7 @@ class VEK_EXPORT Vector3 {
     const double dx = x - o.x, dy = y - o.y, dz = z - o.z;
     return dx * dx + dy * dy + dz * dz;
   }
-  double NormalizedDot(const Vector3& o) const {
-    return Dot(o) / std::sqrt(MagnitudeSquared() * o.MagnitudeSquared());
-  }
+  double NormalizedDot(const Vector3& o) const { return Dot(o) / std::sqrt(MagnitudeSquared() * o.MagnitudeSquared()); }
   /// Radians; the cosine is not clamped, so rounding past +-1 gives NaN.
   double AngleBetween(const Vector3& o) const {
     return std::acos(Dot(o) / (std::sqrt(MagnitudeSquared()) * std::sqrt(o.MagnitudeSquared())));
@@ -143,9 +141,7 @@ class VEK_EXPORT Vector3 {
   }
 
   /// this x o
-  Vector3 Cross(const Vector3& o) const {
-    return Vector3(y * o.z - z * o.y, z * o.x - x * o.z, x * o.y - y * o.x);
-  }
+  Vector3 Cross(const Vector3& o) const { return Vector3(y * o.z - z * o.y, z * o.x - x * o.z, x * o.y - y * o.x); }
   void CrossEquals(const Vector3& o) { *this = Cross(o); }
 
   /// this . (b x c)

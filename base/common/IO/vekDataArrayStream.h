@@ -36,8 +36,11 @@ struct DataArrayStream {
       os.flush();
       return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_WRITE_CONNECTIVITY, "Failed to write NULL DataArray");
     }
-    os << indent << array->GetNumberOfValues() << " " << "\n";
-    for (int i = 0; i < array->GetNumberOfValues(); ++i) os << indent << "  " << array->GetValue(i) << " " << "\n";
+    os << indent << array->GetNumberOfValues() << " "
+       << "\n";
+    for (int i = 0; i < array->GetNumberOfValues(); ++i)
+      os << indent << "  " << array->GetValue(i) << " "
+         << "\n";
     ObjectStream::WriteObjectFooter(os, indent);
     os.flush();
     if (os.fail())

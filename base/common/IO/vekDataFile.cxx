@@ -145,9 +145,7 @@ int DataFile::ReadDataFileEntry(std::string& line, DataFileEntry& entry) const {
   return entry.SetDataFromString(remainder.substr(0, end));
 }
 
-void DataFile::WriteFileVersion(std::ostream& os) const {
-  os << kVersionKey << FieldSeparator << FileVersion << "\n";
-}
+void DataFile::WriteFileVersion(std::ostream& os) const { os << kVersionKey << FieldSeparator << FileVersion << "\n"; }
 
 int DataFile::ReadFileVersion(const std::string& line) {
   if (line.empty()) return Fail(VEK_BAD_PARSE, "Empty First Line in File");

@@ -140,12 +140,23 @@ void DataFileEntry::SetDataType(int type) {
   Strings.clear();
   Bools.clear();
   switch (type) {
-    case Double: Doubles.push_back(0.0); break;
-    case Int: Ints.push_back(0); break;
-    case Float: Floats.push_back(0.0f); break;
-    case String: Strings.emplace_back(); break;
-    case Bool: Bools.push_back(0); break;
-    default: break;
+    case Double:
+      Doubles.push_back(0.0);
+      break;
+    case Int:
+      Ints.push_back(0);
+      break;
+    case Float:
+      Floats.push_back(0.0f);
+      break;
+    case String:
+      Strings.emplace_back();
+      break;
+    case Bool:
+      Bools.push_back(0);
+      break;
+    default:
+      break;
   }
 }
 
@@ -230,22 +241,32 @@ int DataFileEntry::SetBoolArray(const bool* values, const int& count) {
 std::string DataFileEntry::GetArrayElementDataInString(const unsigned int& i) const {
   if (!IsArrayType() || i >= static_cast<unsigned int>(Count)) return std::string();
   switch (Type) {
-    case DoubleArray: return FormatReal(Doubles[i]);
-    case IntArray: return std::to_string(Ints[i]);
-    case FloatArray: return FormatReal(Floats[i]);
-    case StringArray: return Strings[i];
-    case BoolArray: return Bools[i] ? "1" : "0";
+    case DoubleArray:
+      return FormatReal(Doubles[i]);
+    case IntArray:
+      return std::to_string(Ints[i]);
+    case FloatArray:
+      return FormatReal(Floats[i]);
+    case StringArray:
+      return Strings[i];
+    case BoolArray:
+      return Bools[i] ? "1" : "0";
   }
   return std::string();
 }
 
 std::string DataFileEntry::GetDataInString() const {
   switch (Type) {
-    case Double: return FormatReal(Doubles[0]);
-    case Int: return std::to_string(Ints[0]);
-    case Float: return FormatReal(Floats[0]);
-    case String: return Strings[0];
-    case Bool: return Bools[0] ? "1" : "0";
+    case Double:
+      return FormatReal(Doubles[0]);
+    case Int:
+      return std::to_string(Ints[0]);
+    case Float:
+      return FormatReal(Floats[0]);
+    case String:
+      return Strings[0];
+    case Bool:
+      return Bools[0] ? "1" : "0";
   }
   if (!IsArrayType()) return std::string();
   std::string text = std::to_string(Count);
@@ -278,8 +299,8 @@ int DataFileEntry::SetDataFromString(const std::string& text) {
   for (size_t at = text.find(separator); at != std::string::npos; at = text.find(separator, at + separator.size()))
     ++given;
   if (given != static_cast<size_t>(count))
-    return Fail(VEK_BAD_PARSE, "Array count " + std::to_string(count) + " does not match the " +
-                                   std::to_string(given) + " elements given");
+    return Fail(VEK_BAD_PARSE, "Array count " + std::to_string(count) + " does not match the " + std::to_string(given) +
+                                   " elements given");
 
   DataFileEntry parsed;
   parsed.SetDataType(Type);
@@ -302,20 +323,29 @@ int DataFileEntry::SetDataFromString(const std::string& text) {
 
 int DataFileEntry::GrowArray(const unsigned int& size) {
   if (!IsKnownType(Type))
-    return Fail(VEK_BAD_PARSE, "Failed to grow array to size '" + std::to_string(size) +
-                                               "', unknown data type '" + std::to_string(Type) + "'");
-  if (!IsArrayType())
-    return Fail(VEK_BAD_PARSE, "Variable is not an array type, type is " + GetDataTypeInString());
+    return Fail(VEK_BAD_PARSE, "Failed to grow array to size '" + std::to_string(size) + "', unknown data type '" +
+                                   std::to_string(Type) + "'");
+  if (!IsArrayType()) return Fail(VEK_BAD_PARSE, "Variable is not an array type, type is " + GetDataTypeInString());
   if (size <= static_cast<unsigned int>(Count)) return VEK_SUCCESS;
   const std::string noRoom = "Failed to allocate array of '" + std::to_string(size) + "' elements";
   if (size > static_cast<unsigned int>(INT_MAX)) return Fail(VEK_BAD_PARSE, noRoom);
   try {
     switch (Type) {
-      case DoubleArray: Doubles.resize(size, 0.0); break;
-      case IntArray: Ints.resize(size, 0); break;
-      case FloatArray: Floats.resize(size, 0.0f); break;
-      case StringArray: Strings.resize(size); break;
-      case BoolArray: Bools.resize(size, 0); break;
+      case DoubleArray:
+        Doubles.resize(size, 0.0);
+        break;
+      case IntArray:
+        Ints.resize(size, 0);
+        break;
+      case FloatArray:
+        Floats.resize(size, 0.0f);
+        break;
+      case StringArray:
+        Strings.resize(size);
+        break;
+      case BoolArray:
+        Bools.resize(size, 0);
+        break;
     }
   } catch (...) {
     return Fail(VEK_BAD_PARSE, noRoom);
@@ -326,10 +356,9 @@ int DataFileEntry::GrowArray(const unsigned int& size) {
 
 int DataFileEntry::SetArrayElementDataFromString(const unsigned int& i, const std::string& text) {
   if (!IsKnownType(Type))
-    return Fail(VEK_BAD_PARSE, "Failed to set array element '" + std::to_string(i) +
-                                               "', unknown data type '" + std::to_string(Type) + "'");
-  if (!IsArrayType())
-    return Fail(VEK_BAD_PARSE, "Variable is not an array type, type is " + GetDataTypeInString());
+    return Fail(VEK_BAD_PARSE, "Failed to set array element '" + std::to_string(i) + "', unknown data type '" +
+                                   std::to_string(Type) + "'");
+  if (!IsArrayType()) return Fail(VEK_BAD_PARSE, "Variable is not an array type, type is " + GetDataTypeInString());
   const int elementType = ElementType(Type);
   // Parse into a one-element scratch list first, so a bad text neither grows nor changes the array.
   std::vector<double> d(1);
@@ -343,17 +372,26 @@ int DataFileEntry::SetArrayElementDataFromString(const unsigned int& i, const st
     if (i >= kLargeArrayWarning)
       VEK_REPORT_WARNING("Array element " << i << " request to be set, growing array to a large number!");
     if (i >= static_cast<unsigned int>(INT_MAX))  // i + 1 elements cannot be counted
-      return Fail(VEK_BAD_PARSE,
-                  "Failed to allocate array of '" + std::to_string(i + 1ULL) + "' elements");
+      return Fail(VEK_BAD_PARSE, "Failed to allocate array of '" + std::to_string(i + 1ULL) + "' elements");
     const int status = GrowArray(i + 1);
     if (status != VEK_SUCCESS) return status;
   }
   switch (Type) {
-    case DoubleArray: Doubles[i] = d[0]; break;
-    case IntArray: Ints[i] = n[0]; break;
-    case FloatArray: Floats[i] = f[0]; break;
-    case StringArray: Strings[i] = std::move(s[0]); break;
-    case BoolArray: Bools[i] = b[0]; break;
+    case DoubleArray:
+      Doubles[i] = d[0];
+      break;
+    case IntArray:
+      Ints[i] = n[0];
+      break;
+    case FloatArray:
+      Floats[i] = f[0];
+      break;
+    case StringArray:
+      Strings[i] = std::move(s[0]);
+      break;
+    case BoolArray:
+      Bools[i] = b[0];
+      break;
   }
   return VEK_SUCCESS;
 }

@@ -76,8 +76,8 @@ int IOBase::OpenFileForReading(std::ifstream*& in, const std::string& name) {
   in = nullptr;
   std::error_code ignored;
   if (name.empty() || !std::filesystem::exists(name, ignored))
-    return ErrorHelper::ErrorWithCustomMessage(VEK_FILE_NOT_FOUND,
-                                               CustomLanguageString("VEK_FILE_NOT_FOUND_CUSTOM") << name);
+    return ErrorHelper::ErrorWithCustomMessage(VEK_FILE_NOT_FOUND, CustomLanguageString("VEK_FILE_NOT_FOUND_CUSTOM")
+                                                                       << name);
   // A directory exists but opens as an empty, unreadable stream on some platforms.
   if (!std::filesystem::is_directory(name, ignored)) {
     in = new (std::nothrow) std::ifstream(name, std::ios::in | std::ios::binary);
@@ -158,8 +158,9 @@ int IOBase::WriteRectilinearGrid(std::ostream* out, const char* label, const Rec
     PutValue(grid.GetNumy(), bytes + 20);
     out->write(reinterpret_cast<const char*>(bytes), kRawGridBytes);
   } else {
-    *out << grid.GetOffsetx() << " " << grid.GetOffsety() << " " << grid.GetSpacex() << " " << grid.GetSpacey()
-         << " " << grid.GetNumx() << " " << grid.GetNumy() << " " << "\n";
+    *out << grid.GetOffsetx() << " " << grid.GetOffsety() << " " << grid.GetSpacex() << " " << grid.GetSpacey() << " "
+         << grid.GetNumx() << " " << grid.GetNumy() << " "
+         << "\n";
   }
   return out->fail() ? VEK_UNABLE_TO_WRITE_TO_STREAM : VEK_SUCCESS;
 }

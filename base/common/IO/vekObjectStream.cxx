@@ -17,7 +17,8 @@ bool IsBlankOrLineEnd(int c) { return c == ' ' || c == '\t' || c == '\r' || c ==
 
 void ObjectStream::WriteObjectHeader(std::ostream& os, const std::string& indent, const std::string& type,
                                      const std::string& version) {
-  os << indent << "{ " << type << " " << version << " " << "\n";
+  os << indent << "{ " << type << " " << version << " "
+     << "\n";
 }
 
 void ObjectStream::WriteObjectFooter(std::ostream& os, const std::string& indent) { os << indent << "} \n"; }
@@ -85,12 +86,14 @@ bool ObjectStream::IsAtEndOfObject(std::istream& in) {
 }
 
 int ObjectStream::ReadToEndOfObject(std::istream& in) {
-  if (!in.good()) return Fail(VEK_UNABLE_TO_READ_FROM_STREAM, "Failed to read until end of object, stream handed was bad");
+  if (!in.good())
+    return Fail(VEK_UNABLE_TO_READ_FROM_STREAM, "Failed to read until end of object, stream handed was bad");
   // Only "}" changes the depth: the first one ends the object, as the format has always done.
   int depth = 1;
   while (depth > 0) {
     const int c = in.get();
-    if (c == std::char_traits<char>::eof()) return Fail(VEK_UNABLE_TO_READ_FROM_STREAM, "Failed to read to end of object.");
+    if (c == std::char_traits<char>::eof())
+      return Fail(VEK_UNABLE_TO_READ_FROM_STREAM, "Failed to read to end of object.");
     if (c == '}') --depth;
   }
   return VEK_SUCCESS;

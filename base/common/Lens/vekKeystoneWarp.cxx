@@ -151,8 +151,9 @@ int KeystoneWarp::InvertB(double u, double v, double& x, double& y) const {
 double KeystoneWarp::get_quaternion_real(double const* q) {
   const double s = q[0] * q[0] + q[1] * q[1] + q[2] * q[2];
   if (s <= 1.0) return std::sqrt(1.0 - s);
-  VEK_REPORT_ERROR("This should not happen, sum is bigger than 1" << q[0] << " " << q[1] << " " << q[2] << " "
-                                                                   << q[3] << " " << ":" << s);
+  VEK_REPORT_ERROR("This should not happen, sum is bigger than 1" << q[0] << " " << q[1] << " " << q[2] << " " << q[3]
+                                                                  << " "
+                                                                  << ":" << s);
   return 0.0;
 }
 

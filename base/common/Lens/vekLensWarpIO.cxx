@@ -20,11 +20,20 @@ int LensWarpIO::ReadFromStream(std::istream* in, SmartPointer<LensWarp>& warp) {
   LensWarp* created = nullptr;
   if (in && !in->fail()) {
     switch (tag) {
-      case kRadialTag: created = RadialLensWarp::New(); break;
-      case kFishEyeTag: created = FishEyeLensWarp::New(); break;
-      case kEqualAreaFishEyeTag: created = EqualAreaFishEyeLensWarp::New(); break;
-      case kBrownTag: created = BrownLensWarp::New(); break;
-      default: break;
+      case kRadialTag:
+        created = RadialLensWarp::New();
+        break;
+      case kFishEyeTag:
+        created = FishEyeLensWarp::New();
+        break;
+      case kEqualAreaFishEyeTag:
+        created = EqualAreaFishEyeLensWarp::New();
+        break;
+      case kBrownTag:
+        created = BrownLensWarp::New();
+        break;
+      default:
+        break;
     }
   }
   if (!created)
@@ -45,7 +54,8 @@ int LensWarpIO::WriteToStream(std::ostream* out, LensWarp* warp) {
     tag = kBrownTag;
   if (tag < 0)
     return ErrorHelper::ErrorWithCustomMessage(
-        VEK_INVALID_PARAMETERS, "Unable to write lens distortion warp to file.  Unknown lens distortion correction type.");
+        VEK_INVALID_PARAMETERS,
+        "Unable to write lens distortion warp to file.  Unknown lens distortion correction type.");
   if (!out) return VEK_UNABLE_TO_WRITE_TO_STREAM;
   *out << tag << " ";
   return warp->Write(out);

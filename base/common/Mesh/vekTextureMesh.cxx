@@ -47,12 +47,14 @@ class BufferSink {
   void Float(float v) {
     if (!std::isfinite(v)) return NonFinite(v);
     Reserve(kMaxNumber);
-    Used = static_cast<size_t>(std::to_chars(Buffer + Used, Buffer + kSize, v, std::chars_format::general, 6).ptr - Buffer);
+    Used = static_cast<size_t>(std::to_chars(Buffer + Used, Buffer + kSize, v, std::chars_format::general, 6).ptr -
+                               Buffer);
   }
   void Double(double v) {
     if (!std::isfinite(v)) return NonFinite(v);
     Reserve(kMaxNumber);
-    Used = static_cast<size_t>(std::to_chars(Buffer + Used, Buffer + kSize, v, std::chars_format::general, 6).ptr - Buffer);
+    Used = static_cast<size_t>(std::to_chars(Buffer + Used, Buffer + kSize, v, std::chars_format::general, 6).ptr -
+                               Buffer);
   }
   void Flush() {
     if (Used) Os.write(Buffer, static_cast<std::streamsize>(Used));
@@ -85,8 +87,9 @@ bool IsDefaultFormatted(const std::ostream& os) {
 #define VEK_TEXT(sink, literal) sink.Text(literal, sizeof(literal) - 1)
 
 template <class Sink>
-void WriteMesh(Sink& sink, int numPoints, int numTriangles, int pointRows, int triangleRows, int mapping, int textureType, float anisotropy,
-               const vec2<float>* xy, const vec2<float>* uv, const float* alphas, const TextureMesh::Triple* triangles) {
+void WriteMesh(Sink& sink, int numPoints, int numTriangles, int pointRows, int triangleRows, int mapping,
+               int textureType, float anisotropy, const vec2<float>* xy, const vec2<float>* uv, const float* alphas,
+               const TextureMesh::Triple* triangles) {
   VEK_TEXT(sink, "VERTICES ");
   sink.Int(numPoints);
   VEK_TEXT(sink, "\nFACES ");
@@ -177,8 +180,8 @@ void TextureMesh::Serialize(std::ostream& os) const {
               XYPoints, UVPoints, Alphas, Triangles);
   } else {
     StreamSink sink(os);
-    WriteMesh(sink, NumPoints, NumTriangles, pointRows, triangleRows, CoordinateMapping, Sampling, Anisotropy,
-              XYPoints, UVPoints, Alphas, Triangles);
+    WriteMesh(sink, NumPoints, NumTriangles, pointRows, triangleRows, CoordinateMapping, Sampling, Anisotropy, XYPoints,
+              UVPoints, Alphas, Triangles);
   }
 }
 

@@ -38,9 +38,7 @@ class VEK_EXPORT Triangle {
   /// 0 when any corner's point is unset (-5, -5), else 1.
   int IsCornersInitialized() const;
   /// Address comparison, not coordinates.
-  bool DoesContainVertex(const vec2<float>* p) const {
-    return p == Corners[0] || p == Corners[1] || p == Corners[2];
-  }
+  bool DoesContainVertex(const vec2<float>* p) const { return p == Corners[0] || p == Corners[1] || p == Corners[2]; }
   void GetVertexNumInArray(const vec2<float>* base, int out[3]) const;
 
   float SignedArea() const { return SignedArea(*Corners[0], *Corners[1], *Corners[2]); }
@@ -58,8 +56,8 @@ class VEK_EXPORT Triangle {
     return TestInsidedness(*Corners[0], *Corners[1], *Corners[2], p, tolerance, bary);
   }
   /// The same test for corners given by value (for callers that keep their own copy of them).
-  static bool TestInsidedness(const vec2<float>& c0, const vec2<float>& c1, const vec2<float>& c2,
-                              const vec2<float>& p, float tolerance, float bary[3]) {
+  static bool TestInsidedness(const vec2<float>& c0, const vec2<float>& c1, const vec2<float>& c2, const vec2<float>& p,
+                              float tolerance, float bary[3]) {
     float a, b;
     SolveAB(c0, c1, c2, p, a, b);
     if (a >= -tolerance && a <= 1.0f + tolerance && b >= -tolerance && b <= 1.0f + tolerance && b <= a + tolerance) {
@@ -75,7 +73,9 @@ class VEK_EXPORT Triangle {
 
  protected:
   /// p = c0 + a (c1 - c0) + b (c2 - c1), solved by the normal equations in float.
-  void GetAB(const vec2<float>& p, float& a, float& b) const { SolveAB(*Corners[0], *Corners[1], *Corners[2], p, a, b); }
+  void GetAB(const vec2<float>& p, float& a, float& b) const {
+    SolveAB(*Corners[0], *Corners[1], *Corners[2], p, a, b);
+  }
   static void SolveAB(const vec2<float>& c0, const vec2<float>& c1, const vec2<float>& c2, const vec2<float>& p,
                       float& a, float& b) {
     float e1x = c1.x - c0.x, e1y = c1.y - c0.y;

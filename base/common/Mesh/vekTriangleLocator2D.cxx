@@ -1,8 +1,8 @@
 #include "vekTriangleLocator2D.h"
 
-#include <cmath>
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <new>
 
 #include "vekPlatform.h"
@@ -25,8 +25,8 @@ inline int CellIndex(float v, float min, float size, int n) {
 
 TriangleLocator2D* TriangleLocator2D::New() { return new (std::nothrow) TriangleLocator2D; }
 
-int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, const Triangle* triangles,
-                                  int numTriangles, int nx, int ny, float margin) {
+int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, const Triangle* triangles, int numTriangles,
+                                  int nx, int ny, float margin) {
   BucketStart.clear();
   BucketIds.clear();
   Candidates.clear();
@@ -126,8 +126,8 @@ bool TriangleLocator2D::FindCandidateTrianglesContainingPoint(const vec2<float>&
     count = static_cast<unsigned int>(BucketStart[key + 1] - BucketStart[key]);
     return true;
   }
-  VEK_REPORT_WARNING("Out of Range! " << p.x << " " << p.y << " with range" << Min.x << " " << Min.y << " to "
-                                      << Max.x << " " << Max.y);
+  VEK_REPORT_WARNING("Out of Range! " << p.x << " " << p.y << " with range" << Min.x << " " << Min.y << " to " << Max.x
+                                      << " " << Max.y);
   count = 0;
   return false;
 }

@@ -31,8 +31,8 @@ class VEK_EXPORT TriangleLocator2D : public Object {
   const char* GetClassName() const override { return "TriangleLocator2D"; }
   void PrintSelf(std::ostream& os, Indent indent) const override;
 
-  int Initialize(const vec2<float>* points, int numPoints, const Triangle* triangles, int numTriangles, int nx,
-                 int ny, float margin);
+  int Initialize(const vec2<float>* points, int numPoints, const Triangle* triangles, int numTriangles, int nx, int ny,
+                 float margin);
   /// The ids of p's cell, in bucket order; false (count 0) when p is outside the cells.
   bool FindCandidateTrianglesContainingPoint(const vec2<float>& p, const int*& ids, unsigned int& count) const;
   /// The first candidate whose box (widened by `tolerance`, strict) and barycentric test (widened

@@ -31,8 +31,7 @@ VEK_EXPORT int PrimaryLanguageId();
 /// Copies the bytes of resource (type, id) of the loaded module `moduleName` into `bytes`.
 /// Returns false when the module is not loaded or has no such resource. On Windows these are real
 /// module resources; elsewhere they are what the module registered with RegisterModuleResource.
-VEK_EXPORT bool ModuleResource(const std::string& moduleName, const std::string& type, int id,
-                               std::string& bytes);
+VEK_EXPORT bool ModuleResource(const std::string& moduleName, const std::string& type, int id, std::string& bytes);
 
 /// Records a resource of a module in the process-wide resource table (POSIX). The bytes are not
 /// copied: they must live as long as the module (static data of the module). A no-op on Windows,

@@ -56,8 +56,8 @@ int RunExecutable::Run(const char* executable, const unsigned long& milliseconds
   // The thread gets a copy of its own: after a time-out it outlives this call.
   auto* owned = new (std::nothrow) std::string(command);
   SpawnThread* threads = SpawnThread::New();
-  int started = owned && threads ? threads->StartNumberedThread(DoTheOwnedCommand, owned, 0)
-                                 : VEK_FAILED_TO_CREATE_THREAD;
+  int started =
+      owned && threads ? threads->StartNumberedThread(DoTheOwnedCommand, owned, 0) : VEK_FAILED_TO_CREATE_THREAD;
   int waited = VEK_SUCCESS;
   if (started == VEK_SUCCESS)
     waited = threads->WaitUntilCompletion(milliseconds);

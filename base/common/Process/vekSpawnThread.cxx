@@ -139,7 +139,8 @@ int SpawnThread::WaitUntilCompletionB(const unsigned long& milliseconds) {
 }
 
 int SpawnThread::NumberRunning() const {
-  return static_cast<int>(std::count_if(Records.begin(), Records.end(), [](const auto& r) { return !r->HasFinished(); }));
+  return static_cast<int>(
+      std::count_if(Records.begin(), Records.end(), [](const auto& r) { return !r->HasFinished(); }));
 }
 
 int SpawnThread::GetThreadResults(const int& i) const {

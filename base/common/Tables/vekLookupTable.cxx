@@ -34,9 +34,7 @@ void DoubleOnce(const std::vector<float>& in, std::vector<float>& out) {
 
 LookupTable* LookupTable::New() { return new (std::nothrow) LookupTable; }
 
-float LookupTable::GetMaxInput() const {
-  return static_cast<float>(GetNumberOfValues() - 1) * InputStep + MinInput;
-}
+float LookupTable::GetMaxInput() const { return static_cast<float>(GetNumberOfValues() - 1) * InputStep + MinInput; }
 
 int LookupTable::SetOutputValues(const std::vector<float>& values) {
   try {

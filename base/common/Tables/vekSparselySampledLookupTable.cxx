@@ -9,9 +9,7 @@
 
 namespace vek {
 
-SparselySampledLookupTable* SparselySampledLookupTable::New() {
-  return new (std::nothrow) SparselySampledLookupTable;
-}
+SparselySampledLookupTable* SparselySampledLookupTable::New() { return new (std::nothrow) SparselySampledLookupTable; }
 
 SparselySampledLookupTable::~SparselySampledLookupTable() {
   if (OutputValues) OutputValues->UnRegister();

@@ -12,8 +12,8 @@
 #include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
 #include "vekMeshTweakingData.h"
-#include "vekRecursiveLock.h"
 #include "vekRectilinearGrid.h"
+#include "vekRecursiveLock.h"
 #include "vekRestorePointInfo.h"
 #include "vekSmartPointer.h"
 #include "vekTestSupport.h"
@@ -319,8 +319,7 @@ TEST_F(RecordsTest, DamagedRestorePointXmlLeavesTheRecordAlone) {
         << text;
     EXPECT_EQ(info->GetScreenType(), "Cylinder");
   }
-  EXPECT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(Base.File("none.xml"), *info),
-            Flagged(VEK_FILE_NOT_FOUND));
+  EXPECT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(Base.File("none.xml"), *info), Flagged(VEK_FILE_NOT_FOUND));
 }
 
 TEST_F(RecordsTest, RecordMembersWaitForTheConfigurationLock) {

@@ -42,8 +42,8 @@ TEST_F(OptionStoreTest, LoadCreatesAnEmptyOptionsFileAndSaysSo) {
   test::LogCapture log;
   ASSERT_EQ(Store->LoadOptionsDatabase(), VEK_SUCCESS);
   EXPECT_EQ(Options(), "");
-  EXPECT_EQ(log.Text(), "Message:vekConfigurationDatabase, 303: Creating empty " + Store->GetOptionsFileName() +
-                            " file.\n");
+  EXPECT_EQ(log.Text(),
+            "Message:vekConfigurationDatabase, 303: Creating empty " + Store->GetOptionsFileName() + " file.\n");
   EXPECT_EQ(Store->GetOptionsFileName(), ConfigurationDatabase::GetConfigurationDirectory() + "KOROptions.txt");
 }
 
@@ -102,7 +102,8 @@ TEST_F(OptionStoreTest, SetOptionRewritesOneLineInPlaceAndRegistersNewOptions) {
   ASSERT_EQ(Store->SetOption<std::string>("Title", "My first title"), VEK_SUCCESS);
   ASSERT_EQ(Store->SetOption("On", true), VEK_SUCCESS);
   ASSERT_EQ(Store->SetOption("Cams", std::vector<int>{1, 2, 3}), VEK_SUCCESS);
-  EXPECT_EQ(Options(), "B = 0\nA = 2\n# comment\n\nC = 2\nPi = 3.14159\nTitle = My first title\nOn = 1\nCams = 1 2 3\n");
+  EXPECT_EQ(Options(),
+            "B = 0\nA = 2\n# comment\n\nC = 2\nPi = 3.14159\nTitle = My first title\nOn = 1\nCams = 1 2 3\n");
   EXPECT_EQ(Info(), "A\tInt\t3\nPi\tFloat\t2\nTitle\tString\t2\nOn\tBool\t2\nCams\tIntArray\t2\n");
   float pi = 0;
   EXPECT_EQ(Store->GetOption("Pi", pi), VEK_SUCCESS);
@@ -116,8 +117,8 @@ TEST_F(OptionStoreTest, SetOptionRewritesOneLineInPlaceAndRegistersNewOptions) {
 TEST_F(OptionStoreTest, RefusesKeysAndValuesThatWouldBreakTheFile) {
   WriteOptions("A = 1\n");
   WriteInfo("A\tInt\t2\n");
-  for (const std::string& key : {std::string("two words"), std::string(""), std::string("#x"),
-                                 std::string("a\nb"), std::string("tab\tkey")})
+  for (const std::string& key :
+       {std::string("two words"), std::string(""), std::string("#x"), std::string("a\nb"), std::string("tab\tkey")})
     EXPECT_EQ(Store->SetOption(key, 1), VEK_INVALID_PARAMETERS) << key;
   EXPECT_EQ(Store->SetOption<std::string>("S", "line\nB = 2"), VEK_INVALID_PARAMETERS);
   EXPECT_EQ(Store->SetOption<std::string>("S", "carriage\rreturn"), VEK_INVALID_PARAMETERS);
@@ -129,8 +130,9 @@ TEST_F(OptionStoreTest, RefusesKeysAndValuesThatWouldBreakTheFile) {
 }
 
 TEST_F(OptionStoreTest, InfoColumnsGiveDefaultsRangesAndVisibility) {
-  WriteInfo("Gain\tFloat\t1\t0.5\t0\t2\nTitle\tString\t3\tMy first title\nCount\tInt\t2\t4\nOn\tBool\t2\tTRUE\n"
-            "Odd\tInt\tx\n");
+  WriteInfo(
+      "Gain\tFloat\t1\t0.5\t0\t2\nTitle\tString\t3\tMy first title\nCount\tInt\t2\t4\nOn\tBool\t2\tTRUE\n"
+      "Odd\tInt\tx\n");
   float gain = 0, low = 0, high = 0;
   EXPECT_EQ(Store->GetOption("Gain", gain), VEK_SUCCESS);
   EXPECT_EQ(gain, 0.5f);
@@ -230,9 +232,9 @@ TEST(OptionFile, MergeKeepsTheFirstOrderAndLetsTheSecondWin) {
   test::TempDirectory directory;
   test::WriteFile(directory.File("first"), "# info\nA\tInt\t1\nB\tInt\t1\n");
   test::WriteFile(directory.File("second"), "B\tInt\t3\t7\nC\tFloat\t2\nB\tInt\t4\n");
-  ASSERT_EQ(OptionFile::MergeOptionInfoFiles(directory.File("first"), directory.File("second"),
-                                             directory.File("merged")),
-            VEK_SUCCESS);
+  ASSERT_EQ(
+      OptionFile::MergeOptionInfoFiles(directory.File("first"), directory.File("second"), directory.File("merged")),
+      VEK_SUCCESS);
   EXPECT_EQ(test::ReadFile(directory.File("merged")), "# info\nA\tInt\t1\nB\tInt\t4\nC\tFloat\t2\n");
 }
 
@@ -241,7 +243,8 @@ TEST(OptionFile, RewritingAMissingFileSaysSoAndStartsEmpty) {
   test::LogCapture log;
   ASSERT_EQ(OptionFile::AddOrModifyOneLine(directory.File("new.txt"), "K", "K = 1\n"), VEK_SUCCESS);
   EXPECT_EQ(test::ReadFile(directory.File("new.txt")), "K = 1\n");
-  EXPECT_EQ(log.Text(), "ERROR:vekOptionFile, 788: " + directory.File("new.txt") + " could not be opened for reading!\n");
+  EXPECT_EQ(log.Text(),
+            "ERROR:vekOptionFile, 788: " + directory.File("new.txt") + " could not be opened for reading!\n");
   EXPECT_EQ(OptionFile::AddOrModifyOneLine("", "K", "K = 1\n"), VEK_FILE_NOT_FOUND);
 }
 

@@ -48,8 +48,7 @@ TEST_F(WindowsRegistryTest, StringsReadBackWithinTheBufferAndReadsNeverCreateKey
   EXPECT_EQ(value, "abc");
   // Key and value names are case-blind; the other root is another registry.
   value.clear();
-  EXPECT_EQ(WindowsRegistry::GetRegistryString("NAME", value, "software\\VELTRA DISPLAY\\calibration", 4),
-            VEK_SUCCESS);
+  EXPECT_EQ(WindowsRegistry::GetRegistryString("NAME", value, "software\\VELTRA DISPLAY\\calibration", 4), VEK_SUCCESS);
   EXPECT_EQ(value, "abc");
   EXPECT_EQ(WindowsRegistry::GetRegistryString("Name", value, kRegistryCalibrationKey, 4, Root::CurrentUser),
             VEK_UNABLE_TO_GET_REGISTRY_VALUE);
@@ -60,7 +59,8 @@ TEST_F(WindowsRegistryTest, DwordsKeepTheirTypeAndMissingKeysAreCreatedOnlyOnReq
   test::LogCapture log;
   EXPECT_EQ(WindowsRegistry::SetRegistry(key, 7, "Count", false), VEK_UNABLE_TO_WRITE_REGISTRY_VALUE);
   EXPECT_FALSE(platform::RegistryKeyExists(Root::LocalMachine, key));
-  EXPECT_TRUE(std::regex_match(log.Text(), std::regex("ERROR:vekWindowsRegistry, [0-9]+: Registry Key does not exists\n")))
+  EXPECT_TRUE(
+      std::regex_match(log.Text(), std::regex("ERROR:vekWindowsRegistry, [0-9]+: Registry Key does not exists\n")))
       << log.Text();
 
   EXPECT_EQ(WindowsRegistry::SetRegistry(key, 4294967295ul, "Count", true), VEK_SUCCESS);
@@ -87,8 +87,8 @@ TEST_F(WindowsRegistryTest, SwitchesAreOnExactlyWhenTheTextStartsWithOne) {
   EXPECT_EQ(WindowsRegistry::GetProjectorColorStateFile(path), VEK_UNABLE_TO_GET_REGISTRY_VALUE);
   EXPECT_TRUE(on && identity && mode == KORRemoteWarpMode3 && path == "kept");
 
-  for (const auto& [text, expected] : {std::pair<const char*, bool>{"1abc", true}, {"", false}, {"0", false},
-                                       {"yes", false}, {"01", false}}) {
+  for (const auto& [text, expected] :
+       {std::pair<const char*, bool>{"1abc", true}, {"", false}, {"0", false}, {"yes", false}, {"01", false}}) {
     PutPlayback("WARPING", text);
     on = !expected;
     EXPECT_EQ(WindowsRegistry::GetWarpingStatus(on), VEK_SUCCESS);
@@ -188,11 +188,12 @@ TEST_F(WindowsRegistryTest, StoreOnDiskKeepsTypedValuesAndFailsWhereItCannotWrit
   test::LogCapture log;
   EXPECT_EQ(WindowsRegistry::SetWarpingStatus(true), VEK_UNABLE_TO_WRITE_REGISTRY_VALUE);
   EXPECT_EQ(WindowsRegistry::WriteLastErrorMessage(3, L"x"), VEK_UNABLE_TO_WRITE_REGISTRY_VALUE);
-  EXPECT_TRUE(std::regex_match(log.Text(), std::regex("ERROR:vekWindowsRegistry, [0-9]+: Unable to Write Registry KeyValue\n"
-                                                      "ERROR:vekWindowsRegistry, [0-9]+: Unable to Write  Registry Key "
-                                                      "Value LastError\n"
-                                                      "ERROR:vekWindowsRegistry, [0-9]+: Unable to Write  Registry Key "
-                                                      "Value LastErrorMessage\n")))
+  EXPECT_TRUE(
+      std::regex_match(log.Text(), std::regex("ERROR:vekWindowsRegistry, [0-9]+: Unable to Write Registry KeyValue\n"
+                                              "ERROR:vekWindowsRegistry, [0-9]+: Unable to Write  Registry Key "
+                                              "Value LastError\n"
+                                              "ERROR:vekWindowsRegistry, [0-9]+: Unable to Write  Registry Key "
+                                              "Value LastErrorMessage\n")))
       << log.Text();
 }
 #endif

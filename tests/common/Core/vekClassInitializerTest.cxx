@@ -35,10 +35,9 @@ TEST_F(ClassInitializerTest, SettlesAndCreatesEveryDirectory) {
   EXPECT_EQ(settings->GetConfigDirectoryName(), base + "Config" + separator);
   EXPECT_EQ(settings->GetInformationDirectoryName(), base);
   EXPECT_EQ(settings->GetTempDirectoryName(), base + "Temp" + separator);
-  for (const std::string& dir :
-       {settings->GetConfigDirectoryName(), settings->GetTempDirectoryName(), settings->GetLocalCalibrationDirectoryName(),
-        settings->GetSystemDataDirectoryName(), settings->GetTestImagesDirectoryName(),
-        settings->GetRestorePointsDirectoryName()}) {
+  for (const std::string& dir : {settings->GetConfigDirectoryName(), settings->GetTempDirectoryName(),
+                                 settings->GetLocalCalibrationDirectoryName(), settings->GetSystemDataDirectoryName(),
+                                 settings->GetTestImagesDirectoryName(), settings->GetRestorePointsDirectoryName()}) {
     EXPECT_EQ(dir.back(), separator) << dir;
     EXPECT_TRUE(std::filesystem::is_directory(dir)) << dir;
   }
@@ -77,8 +76,7 @@ TEST_F(ClassInitializerTest, MissingNamesTakeTheClampedDefault) {
 }
 
 TEST_F(ClassInitializerTest, OnlyThreeWordLinesWithEqualsCount) {
-  test::WriteFile(Config() + "Initialization",
-                  "a = b c\n# n = 1\nm 1\nn =: 7\nk\t=\t3\r\nv = 1.5\nb = 2\n");
+  test::WriteFile(Config() + "Initialization", "a = b c\n# n = 1\nm 1\nn =: 7\nk\t=\t3\r\nv = 1.5\nb = 2\n");
   Settle();
   std::string text;
   EXPECT_EQ(ClassInitializer::Get("a", text, "none"), 0);

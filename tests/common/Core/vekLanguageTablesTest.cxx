@@ -85,8 +85,7 @@ TEST_F(LanguageTest, EveryPackHasTheSameKeys) {
       ASSERT_EQ(translated.count(key), 1u) << key << " in " << id;
       EXPECT_NE(translated[key], L"") << key;
       for (const wchar_t* placeholder : {L"{0}", L"{1}"})
-        EXPECT_EQ(text.find(placeholder) == std::wstring::npos,
-                  translated[key].find(placeholder) == std::wstring::npos)
+        EXPECT_EQ(text.find(placeholder) == std::wstring::npos, translated[key].find(placeholder) == std::wstring::npos)
             << key << " in " << id;
     }
   }

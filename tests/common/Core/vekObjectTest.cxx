@@ -71,7 +71,8 @@ TEST(Object, DeletingAReferencedObjectIsReported) {
   Probe::New()->DeleteWhileReferenced();
   EXPECT_EQ(Probe::Destroyed, 1);
   EXPECT_TRUE(std::regex_match(
-      log.Text(), std::regex("ERROR:vekObject, [0-9]+: Trying to delete an object with positive reference count\\.\n")));
+      log.Text(),
+      std::regex("ERROR:vekObject, [0-9]+: Trying to delete an object with positive reference count\\.\n")));
 }
 
 TEST(SmartPointer, HoldsOneReference) {

@@ -28,7 +28,8 @@ class LogFileTest : public ::testing::Test {
   test::TempDirectory Directory;
 };
 
-const std::regex kOpeningLine("Date and Time: [A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]{4}\r\n");
+const std::regex kOpeningLine(
+    "Date and Time: [A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]{4}\r\n");
 
 TEST_F(LogFileTest, OpensLazilyWithATimestampLine) {
   EXPECT_FALSE(std::filesystem::exists(Log()));
@@ -78,7 +79,10 @@ TEST_F(LogFileTest, RenamingWithoutExtensionSplit) {
 
 TEST_F(LogFileTest, LastCleanupGuardClosesTheLog) {
   unsigned int before = OutputWindowCleanup::GetCount();
-  { OutputWindowCleanup guard; EXPECT_EQ(OutputWindowCleanup::GetCount(), before + 1); }
+  {
+    OutputWindowCleanup guard;
+    EXPECT_EQ(OutputWindowCleanup::GetCount(), before + 1);
+  }
   EXPECT_EQ(OutputWindowCleanup::GetCount(), before);
   OutputFile::Error("x\n");
   OutputFile::Destroy();

@@ -63,11 +63,13 @@ TEST(DataArrayStream, DamagedInput) {
     const char* text;
     const char* message;
   } cases[] = {
-      {"{ DataArray 1.0 \n2000000000 \n  1 \n} \n", "Failed to read DataArray from stream, element 1 of 2000000000 missing."},
+      {"{ DataArray 1.0 \n2000000000 \n  1 \n} \n",
+       "Failed to read DataArray from stream, element 1 of 2000000000 missing."},
       {"{ DataArray 1.0 \n99999999999 \n} \n", "Failed to read DataArray from stream, bad element count."},
       {"{ DataArray 1.0 \n-1 \n} \n", "Failed to read DataArray from stream, bad element count."},
       {"{ DataArray 1.0 \nx \n} \n", "Failed to read DataArray from stream, bad element count."},
-      {"{ DataArray 1.0 \n2 \n  1 \n  \x01\xff \n} \n", "Failed to read DataArray from stream, element 1 of 2 missing."},
+      {"{ DataArray 1.0 \n2 \n  1 \n  \x01\xff \n} \n",
+       "Failed to read DataArray from stream, element 1 of 2 missing."},
       {"{ DataArray 1.0 \n1 \n  1 \n", "Failed to read to end of object."},
       {"{ DataArrays 1.0 \n} \n", "Failed to read DataArray from stream, incorrect object type 'DataArrays' found."},
   };

@@ -182,7 +182,7 @@ TEST_F(DataFileTest, DamagedEntryLines) {
       {"Double###x", "No moreTokensToParse"},
       {"Double###x###", "No moreTokensToParse"},
       {"double###x###1###", "Unknown DataType double"},  // case matters
-      {"   ", "Unknown DataType    "},                    // blank lines are relevant here
+      {"   ", "Unknown DataType    "},                   // blank lines are relevant here
       {"Int###n###3.5###", "Cannot convert '3.5' to Int"},
       {"Int###n###99999999999###", "Cannot convert '99999999999' to Int"},
       {"Bool###b###2###", "Cannot convert '2' to Bool"},

@@ -53,8 +53,8 @@ TEST(IOBaseGridRecord, TextFormExactAndReadBack) {
 TEST(IOBaseGridRecord, RawFormIsLittleEndianAndExact) {
   std::ostringstream out;
   EXPECT_EQ(IOBase::WriteRectilinearGrid(&out, "G", *MakeGrid(10, -2.5f, 0.5f, 4, 3, 2), 1), 0);
-  const unsigned char expected[] = {'G',  '\n', 0, 0, 0x20, 0x41, 0, 0, 0x20, 0xC0, 0, 0, 0,    0x3F,
-                                    0,    0,    0x80, 0x40, 3, 0, 0, 0, 2, 0, 0, 0};
+  const unsigned char expected[] = {'G',  '\n', 0, 0,    0x20, 0x41, 0, 0, 0x20, 0xC0, 0, 0, 0,
+                                    0x3F, 0,    0, 0x80, 0x40, 3,    0, 0, 0,    2,    0, 0, 0};
   EXPECT_EQ(out.str(), std::string(reinterpret_cast<const char*>(expected), sizeof(expected)));
 
   // Bit for bit, including values that print inexactly and line-end bytes inside the record.

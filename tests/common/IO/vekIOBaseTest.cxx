@@ -60,7 +60,7 @@ TEST(IOBase, ReadLineLimitAndEndOfStream) {
   EXPECT_EQ(IOBase::ReadLine(&fits, buffer), 0);
   EXPECT_EQ(std::string(buffer), longest);
   EXPECT_EQ(IOBase::ReadLine(&fits, buffer), 0);
-  EXPECT_STREQ(buffer, "next");  // carriage return dropped
+  EXPECT_STREQ(buffer, "next");                                                 // carriage return dropped
   EXPECT_EQ(IOBase::ReadLine(&fits, buffer), VEK_FILE_NOT_FORMATTED_PROPERLY);  // no line end: truncated
 
   std::istringstream tooLong(std::string(512, 'y') + "\nshort\n");

@@ -95,7 +95,6 @@ TEST(ObjectStream, TypeAndVersionMismatchSkipTheObject) {
   code = ReadRecord(truncated, value);
   EXPECT_EQ(code, kReadFailed);
   EXPECT_EQ(Message(code), "Failed to read TestRecord from stream, incorrect object version '' found.");
-
 }
 
 TEST(ObjectStream, ReadToEndStopsAtFirstClosingBrace) {

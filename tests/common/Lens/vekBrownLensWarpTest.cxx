@@ -51,8 +51,7 @@ vec2<double> Textbook(const Lens& l, double x, double y) {
 std::vector<vec2<float>> ImageGrid(int nx, int ny) {
   std::vector<vec2<float>> points;
   for (int j = 0; j < ny; ++j)
-    for (int i = 0; i < nx; ++i)
-      points.emplace_back(3999.0f * i / (nx - 1), 2999.0f * j / (ny - 1));
+    for (int i = 0; i < nx; ++i) points.emplace_back(3999.0f * i / (nx - 1), 2999.0f * j / (ny - 1));
   return points;
 }
 

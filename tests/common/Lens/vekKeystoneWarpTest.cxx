@@ -113,8 +113,9 @@ TEST(KeystoneWarp, OverlongQuaternionReportsOnceWithTranslationX) {
   auto warp = WarpPtr::New();
   warp->SetParameters(parameters);
   const std::string text = log.Text();
-  const std::regex line("ERROR:vekKeystoneWarp, [0-9]+: This should not happen, sum is bigger than 1"
-                        "0\\.8 0\\.8 0 5 :1\\.28\n");
+  const std::regex line(
+      "ERROR:vekKeystoneWarp, [0-9]+: This should not happen, sum is bigger than 1"
+      "0\\.8 0\\.8 0 5 :1\\.28\n");
   EXPECT_EQ(std::distance(std::sregex_iterator(text.begin(), text.end(), line), std::sregex_iterator()), 1) << text;
   // Real part 0: R^T t, column 0 of R being (1 - 2 y^2, 2 x y, 2 x z) = (-0.28, 1.28, 0).
   double tx, ty, tz;

@@ -69,8 +69,9 @@ TEST(RadialLensWarp, ParametersToPixelsAndBack) {
   warp->OldSetParameters(old);
   std::ostringstream os;
   warp->PrintSelf(os, Indent(2));
-  EXPECT_NE(os.str().find("  Center: (1.5,2)\n  k1 : cubic coefficient :0.25\n  k2 : fifth order coefficient :-0.125\n"),
-            std::string::npos)
+  EXPECT_NE(
+      os.str().find("  Center: (1.5,2)\n  k1 : cubic coefficient :0.25\n  k2 : fifth order coefficient :-0.125\n"),
+      std::string::npos)
       << os.str();
 }
 
@@ -160,7 +161,8 @@ TEST(LensWarp, ArraysSkipUnsetPointsAndMatchOnePointResults) {
   for (int i = 0; i < 20000; ++i) source.emplace_back(static_cast<float>(i % 640), static_cast<float>((i * 7) % 480));
   source[3] = vec2<float>();
   source[15000] = vec2<float>();
-  for (LensWarp* warp : std::initializer_list<LensWarp*>{radial.GetPointer(), equalArea.GetPointer(), fishEye.GetPointer()}) {
+  for (LensWarp* warp :
+       std::initializer_list<LensWarp*>{radial.GetPointer(), equalArea.GetPointer(), fishEye.GetPointer()}) {
     for (bool forward : {true, false}) {
       std::vector<vec2<float>> points = source;
       if (forward)
@@ -205,8 +207,8 @@ TEST(EqualAreaFishEyeLensWarp, MatchesTrigonometricFormulas) {
   // Direct from the definitions, in double.
   auto forwardScale = [](double rho) { return 2 * std::sin(std::atan(rho) / 2) / rho; };
   auto inverseScale = [](double rho) { return std::tan(2 * std::asin(rho / 2)) / rho; };
-  for (const auto& uv : {vec2<float>(0.6f, 0.8f), vec2<float>(-0.1f, 0.05f), vec2<float>(1.0f, -0.7f),
-                         vec2<float>(1e-4f, 0)}) {
+  for (const auto& uv :
+       {vec2<float>(0.6f, 0.8f), vec2<float>(-0.1f, 0.05f), vec2<float>(1.0f, -0.7f), vec2<float>(1e-4f, 0)}) {
     const double rho = std::hypot(double(uv.x), double(uv.y));
     const float px = 320 + 500 * uv.x, py = 240 + 400 * uv.y;
     float x, y;

@@ -67,7 +67,8 @@ TEST(PointLocator2D, RowByRowOrderInclusiveBordersAndDegenerateBoxes) {
   ASSERT_EQ(locator->Initialize(points, 5, 2, 2), VEK_SUCCESS);
   EXPECT_EQ(locator->GetMin(), P(0, 0));
   EXPECT_EQ(locator->GetMax(), P(10, 10));
-  EXPECT_EQ(Found(*locator, P(0, 0), P(10, 10)), (std::vector<const P*>{&points[0], &points[2], &points[3], &points[1]}));
+  EXPECT_EQ(Found(*locator, P(0, 0), P(10, 10)),
+            (std::vector<const P*>{&points[0], &points[2], &points[3], &points[1]}));
   EXPECT_EQ(Found(*locator, P(5, 5), P(10, 10)), (std::vector<const P*>{&points[2], &points[1]}));
   EXPECT_EQ(Found(*locator, P(-100, -100), P(-1, 100)), (std::vector<const P*>{}));
   EXPECT_EQ(Found(*locator, P(11, 0), P(20, 100)), (std::vector<const P*>{}));
@@ -105,8 +106,12 @@ TEST(PointLocator2D, MatchesBruteForceOnRandomPoints) {
 
 SmartPointer<RectilinearConnectivityTriangleMesh> GridMesh(int nx, int ny, float space) {
   auto grid = SmartPointer<RectilinearGrid>::New();
-  grid->SetOffsetx(0); grid->SetOffsety(0); grid->SetSpacex(space); grid->SetSpacey(space);
-  grid->SetNumx(nx); grid->SetNumy(ny);
+  grid->SetOffsetx(0);
+  grid->SetOffsety(0);
+  grid->SetSpacex(space);
+  grid->SetSpacey(space);
+  grid->SetNumx(nx);
+  grid->SetNumy(ny);
   auto mesh = SmartPointer<RectilinearConnectivityTriangleMesh>::New();
   EXPECT_EQ(mesh->CreateTriangleMesh(grid.GetPointer()), VEK_SUCCESS);
   return mesh;
@@ -115,8 +120,8 @@ SmartPointer<RectilinearConnectivityTriangleMesh> GridMesh(int nx, int ny, float
 TEST(TriangleLocator2D, BorderCellsSharedEdgesAndOutOfRange) {
   auto mesh = GridMesh(11, 11, 10);  // (0, 0) to (100, 100)
   auto locator = SmartPointer<TriangleLocator2D>::New();
-  ASSERT_EQ(locator->Initialize(mesh->GetPoints(), mesh->GetNumPoints(), mesh->GetTriangles(),
-                                mesh->GetNumTriangles(), 10, 10, 0),
+  ASSERT_EQ(locator->Initialize(mesh->GetPoints(), mesh->GetNumPoints(), mesh->GetTriangles(), mesh->GetNumTriangles(),
+                                10, 10, 0),
             VEK_SUCCESS);
   const int* ids;
   unsigned int count;
@@ -130,7 +135,9 @@ TEST(TriangleLocator2D, BorderCellsSharedEdgesAndOutOfRange) {
   float w[3];
   ASSERT_TRUE(locator->FindFirstTriangleContainingPoint(P(5, 5), 0, id, w));  // on the diagonal of 0 and 1
   EXPECT_EQ(id, 0);
-  EXPECT_EQ(w[0], 0.5f); EXPECT_EQ(w[1], 0.5f); EXPECT_EQ(w[2], 0.0f);
+  EXPECT_EQ(w[0], 0.5f);
+  EXPECT_EQ(w[1], 0.5f);
+  EXPECT_EQ(w[2], 0.0f);
 
   test::LogCapture log;
   EXPECT_FALSE(locator->FindCandidateTrianglesContainingPoint(P(100.5f, 50), ids, count));
@@ -196,7 +203,9 @@ TEST(TriangleLocator2D, MatchesBruteForceOnJitteredMeshes) {
       ASSERT_EQ(id, expected);
       if (found) {
         ++hits;
-        EXPECT_EQ(w[0], expectedW[0]); EXPECT_EQ(w[1], expectedW[1]); EXPECT_EQ(w[2], expectedW[2]);
+        EXPECT_EQ(w[0], expectedW[0]);
+        EXPECT_EQ(w[1], expectedW[1]);
+        EXPECT_EQ(w[2], expectedW[2]);
       }
     }
     EXPECT_GT(hits, 2000);

@@ -18,7 +18,12 @@ using P = vec2<float>;
 
 SmartPointer<RectilinearGrid> MakeGrid(float x0, float y0, float sx, float sy, int nx, int ny) {
   auto g = SmartPointer<RectilinearGrid>::New();
-  g->SetOffsetx(x0); g->SetOffsety(y0); g->SetSpacex(sx); g->SetSpacey(sy); g->SetNumx(nx); g->SetNumy(ny);
+  g->SetOffsetx(x0);
+  g->SetOffsety(y0);
+  g->SetSpacex(sx);
+  g->SetSpacey(sy);
+  g->SetNumx(nx);
+  g->SetNumy(ny);
   return g;
 }
 
@@ -26,12 +31,14 @@ TEST(RectilinearGrid, DefaultsAndPrint) {
   auto g = SmartPointer<RectilinearGrid>::New();
   std::ostringstream os;
   g->PrintSelf(os, Indent(0));
-  EXPECT_EQ(os.str(), "Reference Count: 1\nx0      : -1\ny0      : -1\nSpaceX: -1\nSpaceY: -1\nNumx    : -1\nNumy    : -1\n");
+  EXPECT_EQ(os.str(),
+            "Reference Count: 1\nx0      : -1\ny0      : -1\nSpaceX: -1\nSpaceY: -1\nNumx    : -1\nNumy    : -1\n");
   auto h = MakeGrid(10, 20, 2, 5, 4, 3);
   g->Copy(*h);
   os.str("");
   g->PrintSelf(os, Indent(0));
-  EXPECT_EQ(os.str(), "Reference Count: 1\nx0      : 10\ny0      : 20\nSpaceX: 2\nSpaceY: 5\nNumx    : 4\nNumy    : 3\n");
+  EXPECT_EQ(os.str(),
+            "Reference Count: 1\nx0      : 10\ny0      : 20\nSpaceX: 2\nSpaceY: 5\nNumx    : 4\nNumy    : 3\n");
 }
 
 TEST(RectilinearGrid, NumberingAndNearestIndex) {
@@ -61,7 +68,7 @@ TEST(RectilinearGrid, RangeTestUsesYAgainstLastX) {
   EXPECT_EQ(g->IsInRange(P(50, 20)), 0);
   EXPECT_EQ(g->IsInRange(P(0, 5)), 0);
   auto h = MakeGrid(0, 0, 1, 10, 11, 11);  // last x 10, last y 100
-  EXPECT_EQ(h->IsInRange(P(5, 50)), 0);   // 10 > 50 fails
+  EXPECT_EQ(h->IsInRange(P(5, 50)), 0);    // 10 > 50 fails
 }
 
 TEST(RectilinearGrid, FindPointsInsideWithToleranceAndClamping) {
@@ -120,10 +127,13 @@ TEST(NonUniformRectilinearGrid, RegionsRangesAndSharing) {
   EXPECT_EQ(g->GetRegionId(2, 1), 6);
   int i, j;
   g->RegionIdToIJRegion(6, i, j);
-  EXPECT_EQ(i, 2); EXPECT_EQ(j, 1);
+  EXPECT_EQ(i, 2);
+  EXPECT_EQ(j, 1);
   OrderedQuadrilateral q = g->GetRegion(1, 0);
-  EXPECT_EQ(q.GetPoint(0), P(1, 0)); EXPECT_EQ(q.GetPoint(1), P(3, 0));
-  EXPECT_EQ(q.GetPoint(2), P(1, 2)); EXPECT_EQ(q.GetPoint(3), P(3, 2));
+  EXPECT_EQ(q.GetPoint(0), P(1, 0));
+  EXPECT_EQ(q.GetPoint(1), P(3, 0));
+  EXPECT_EQ(q.GetPoint(2), P(1, 2));
+  EXPECT_EQ(q.GetPoint(3), P(3, 2));
   EXPECT_TRUE(g->GetRegionRectangle(1, 0) == Rectangle(1, 0, 3, 2));
 
   int i0, j0, i1, j1;
@@ -154,7 +164,8 @@ TEST(NonUniformRectilinearGrid, RegionsRangesAndSharing) {
   g->SetYCoord(nullptr);
   std::ostringstream os;
   g->PrintSelf(os, Indent(0));
-  EXPECT_EQ(os.str(), "Reference Count: 1\nXCoord: Not Null\n  Reference Count: 1\n  NumberOfValues: 5\nYCoord: NULL\n");
+  EXPECT_EQ(os.str(),
+            "Reference Count: 1\nXCoord: Not Null\n  Reference Count: 1\n  NumberOfValues: 5\nYCoord: NULL\n");
 }
 
 using Tri = std::array<int, 3>;
@@ -179,12 +190,13 @@ TEST(RectilinearConnectivityTriangleMesh, TriangulationAndEdgesOfThreeByTwo) {
     ends.push_back({a, b});
   }
   // Horizontals, verticals, then the diagonals as the shipped formula gives them.
-  EXPECT_EQ(ends, (std::vector<std::array<int, 2>>{{0, 1}, {1, 2}, {3, 4}, {4, 5}, {0, 3}, {1, 4}, {2, 5}, {9, 13},
-                                                   {10, 14}}));
+  EXPECT_EQ(ends, (std::vector<std::array<int, 2>>{
+                      {0, 1}, {1, 2}, {3, 4}, {4, 5}, {0, 3}, {1, 4}, {2, 5}, {9, 13}, {10, 14}}));
   std::ostringstream os;
   mesh->PrintSelf(os, Indent(0));
-  EXPECT_EQ(os.str(), "Reference Count: 1\n NumTriangles: 4\n NumPoints: 6\nPoints:  Not Null\nTriangles:  Not Null\n"
-                      "Numx3\nNumy2\n");
+  EXPECT_EQ(os.str(),
+            "Reference Count: 1\n NumTriangles: 4\n NumPoints: 6\nPoints:  Not Null\nTriangles:  Not Null\n"
+            "Numx3\nNumy2\n");
 
   auto fromNonUniform = SmartPointer<RectilinearConnectivityTriangleMesh>::New();
   ASSERT_EQ(fromNonUniform->CreateTriangleMesh(MakeNonUniform({0, 1, 3}, {0, 2}).GetPointer()), 0);
@@ -199,9 +211,9 @@ TEST(RectilinearConnectivityTriangleMesh, OppositeTrianglesOfThreeByThree) {
     int edge, triangle, boundary, opposite;
   };
   const Case cases[] = {
-      {1, 0, 1, 0}, {2, 0, 0, 1}, {2, 1, 0, 0}, {0, 1, 1, 1}, {0, 0, 0, 3}, {0, 3, 0, 0},
-      {1, 1, 0, 4}, {1, 4, 0, 1}, {0, 2, 0, 5},  // even triangle in the last column: not reported
-      {1, 5, 0, 8},                             // odd triangle in the top row: past the mesh
+      {1, 0, 1, 0}, {2, 0, 0, 1}, {2, 1, 0, 0}, {0, 1, 1, 1}, {0, 0, 0, 3},
+      {0, 3, 0, 0}, {1, 1, 0, 4}, {1, 4, 0, 1}, {0, 2, 0, 5},  // even triangle in the last column: not reported
+      {1, 5, 0, 8},                                            // odd triangle in the top row: past the mesh
       {7, 3, 0, 3},
   };
   for (const Case& c : cases) {

@@ -107,10 +107,32 @@ TEST(TextureMeshFile, CallerFormattingIsHonoured) {
 
 // The buffered writer must print every value exactly as a default-formatted stream would.
 TEST(TextureMeshFile, FastPathMatchesStreamFormatting) {
-  std::vector<float> specials = {0.0f, -0.0f, 1.0f, -1.0f, 100.0f, 1e6f, 123456.0f, 1234567.0f, 999999.5f,
-                                 0.0001f, 0.00001f, 1e-30f, 1e-40f, -1e-45f, 3.4e38f, -3.4e38f, 0.1f, 46.996f,
-                                 1.0f / 3.0f, 2.5f, 0.5f, 1e-5f, 9.999995f, 0.000123456789f,
-                                 std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(),
+  std::vector<float> specials = {0.0f,
+                                 -0.0f,
+                                 1.0f,
+                                 -1.0f,
+                                 100.0f,
+                                 1e6f,
+                                 123456.0f,
+                                 1234567.0f,
+                                 999999.5f,
+                                 0.0001f,
+                                 0.00001f,
+                                 1e-30f,
+                                 1e-40f,
+                                 -1e-45f,
+                                 3.4e38f,
+                                 -3.4e38f,
+                                 0.1f,
+                                 46.996f,
+                                 1.0f / 3.0f,
+                                 2.5f,
+                                 0.5f,
+                                 1e-5f,
+                                 9.999995f,
+                                 0.000123456789f,
+                                 std::numeric_limits<float>::infinity(),
+                                 -std::numeric_limits<float>::infinity(),
                                  std::numeric_limits<float>::quiet_NaN()};
   std::mt19937 rng(12345);
   std::uniform_real_distribution<float> mantissa(-10.0f, 10.0f);

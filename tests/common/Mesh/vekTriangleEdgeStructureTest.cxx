@@ -22,7 +22,10 @@ SmartPointer<TriangleMesh> Square() {
   mesh->SetNumPoints(4);
   mesh->SetNumTriangles(2);
   mesh->Allocate();
-  mesh->AddPoint(0, 0, 0); mesh->AddPoint(1, 1, 0); mesh->AddPoint(2, 1, 1); mesh->AddPoint(3, 0, 1);
+  mesh->AddPoint(0, 0, 0);
+  mesh->AddPoint(1, 1, 0);
+  mesh->AddPoint(2, 1, 1);
+  mesh->AddPoint(3, 0, 1);
   mesh->AddTriangle(0, 0, 1, 2);
   mesh->AddTriangle(1, 0, 2, 3);
   return mesh;
@@ -43,11 +46,14 @@ TEST(TriangleEdgeStructure, SingleTriangleEdgeOrder) {
   ASSERT_EQ(edges->GetNumberOfEdges(), 3u);
   int a, b;
   edges->GetEdge(0, a, b);  // (c0, c1) = (2, 0), stored smaller end first
-  EXPECT_EQ(a, 0); EXPECT_EQ(b, 2);
+  EXPECT_EQ(a, 0);
+  EXPECT_EQ(b, 2);
   edges->GetEdge(1, a, b);  // (c0, c2) = (2, 1)
-  EXPECT_EQ(a, 1); EXPECT_EQ(b, 2);
+  EXPECT_EQ(a, 1);
+  EXPECT_EQ(b, 2);
   edges->GetEdge(2, a, b);  // (c1, c2) = (0, 1)
-  EXPECT_EQ(a, 0); EXPECT_EQ(b, 1);
+  EXPECT_EQ(a, 0);
+  EXPECT_EQ(b, 1);
   for (int e = 0; e < 3; ++e) EXPECT_EQ(edges->GetNumOwner(e), 1);
   for (int k = 0; k < 3; ++k) EXPECT_EQ(edges->GetTriangleNeighborWithoutPoint(0, k), -1);
 }
@@ -58,11 +64,14 @@ TEST(TriangleEdgeStructure, SharedEdgeOwnersListsAndPrintout) {
   ASSERT_EQ(edges->GetNumberOfEdges(), 5u);
   int t1, t2;
   edges->GetTrianglesWithEdge(1, t1, t2);
-  EXPECT_EQ(t1, 0); EXPECT_EQ(t2, 1);
+  EXPECT_EQ(t1, 0);
+  EXPECT_EQ(t2, 1);
   EXPECT_EQ(edges->GetNumOwner(1), 2);
   EXPECT_EQ(edges->GetNumOwner(3), 1);
   const int* e1 = edges->GetTriangleEdges(1);
-  EXPECT_EQ(e1[0], 1); EXPECT_EQ(e1[1], 3); EXPECT_EQ(e1[2], 4);
+  EXPECT_EQ(e1[0], 1);
+  EXPECT_EQ(e1[1], 3);
+  EXPECT_EQ(e1[2], 4);
   EXPECT_EQ(edges->GetTriangleNeighborWithoutPoint(0, 1), 1);   // corner 1 is point 1: edge (0, 2)
   EXPECT_EQ(edges->GetTriangleNeighborWithoutPoint(1, 2), 0);   // corner 2 is point 3: edge (0, 2)
   EXPECT_EQ(edges->GetTriangleNeighborWithoutPoint(1, 1), -1);  // edge (0, 3)
@@ -102,7 +111,12 @@ TEST(TriangleEdgeStructure, SharedEdgeOwnersListsAndPrintout) {
 // the edge (found by scanning all triangles), and the count must match the grid's edge formula.
 TEST(TriangleEdgeStructure, GridNeighboursAgreeWithScan) {
   auto grid = SmartPointer<RectilinearGrid>::New();
-  grid->SetOffsetx(0); grid->SetOffsety(0); grid->SetSpacex(1); grid->SetSpacey(1); grid->SetNumx(5); grid->SetNumy(4);
+  grid->SetOffsetx(0);
+  grid->SetOffsety(0);
+  grid->SetSpacex(1);
+  grid->SetSpacey(1);
+  grid->SetNumx(5);
+  grid->SetNumy(4);
   auto mesh = SmartPointer<RectilinearConnectivityTriangleMesh>::New();
   ASSERT_EQ(mesh->CreateTriangleMesh(grid.GetPointer()), VEK_SUCCESS);
   auto edges = SmartPointer<TriangleEdgeStructure>::New();

@@ -22,24 +22,38 @@ TEST(Triangle, WeightsAtCornersEdgesAndInterior) {
   RightTriangle r;
   float w[3];
   ASSERT_TRUE(r.t.TestInsidedness(P(0, 0), 0, w));
-  EXPECT_EQ(w[0], 1.0f); EXPECT_EQ(w[1], 0.0f); EXPECT_EQ(w[2], 0.0f);
+  EXPECT_EQ(w[0], 1.0f);
+  EXPECT_EQ(w[1], 0.0f);
+  EXPECT_EQ(w[2], 0.0f);
   ASSERT_TRUE(r.t.TestInsidedness(P(4, 0), 0, w));
-  EXPECT_EQ(w[0], 0.0f); EXPECT_EQ(w[1], 1.0f); EXPECT_EQ(w[2], 0.0f);
+  EXPECT_EQ(w[0], 0.0f);
+  EXPECT_EQ(w[1], 1.0f);
+  EXPECT_EQ(w[2], 0.0f);
   ASSERT_TRUE(r.t.TestInsidedness(P(4, 4), 0, w));
-  EXPECT_EQ(w[0], 0.0f); EXPECT_EQ(w[1], 0.0f); EXPECT_EQ(w[2], 1.0f);
+  EXPECT_EQ(w[0], 0.0f);
+  EXPECT_EQ(w[1], 0.0f);
+  EXPECT_EQ(w[2], 1.0f);
   ASSERT_TRUE(r.t.TestInsidedness(P(2, 1), 0, w));
-  EXPECT_EQ(w[0], 0.5f); EXPECT_EQ(w[1], 0.25f); EXPECT_EQ(w[2], 0.25f);
+  EXPECT_EQ(w[0], 0.5f);
+  EXPECT_EQ(w[1], 0.25f);
+  EXPECT_EQ(w[2], 0.25f);
   // On edge c0-c2 (b = a): inside at tolerance 0; moved 0.01 outward (b - a = 0.0025) it needs a
   // tolerance to stay inside.
   ASSERT_TRUE(r.t.TestInsidedness(P(2, 2), 0, w));
-  EXPECT_EQ(w[0], 0.5f); EXPECT_EQ(w[1], 0.0f); EXPECT_EQ(w[2], 0.5f);
+  EXPECT_EQ(w[0], 0.5f);
+  EXPECT_EQ(w[1], 0.0f);
+  EXPECT_EQ(w[2], 0.5f);
   EXPECT_TRUE(r.t.TestInsidedness(P(2, 2.01f), 0.01f, w));
   float untouched[3] = {7, 8, 9};
   EXPECT_FALSE(r.t.TestInsidedness(P(2, 2.01f), 0.001f, untouched));
   EXPECT_FALSE(r.t.TestInsidedness(P(5, 0), 0, untouched));
-  EXPECT_EQ(untouched[0], 7.0f); EXPECT_EQ(untouched[1], 8.0f); EXPECT_EQ(untouched[2], 9.0f);
+  EXPECT_EQ(untouched[0], 7.0f);
+  EXPECT_EQ(untouched[1], 8.0f);
+  EXPECT_EQ(untouched[2], 9.0f);
   r.t.GetBaryCoord(P(6, 2), w);  // outside, but the weights are still reported
-  EXPECT_EQ(w[0], -0.5f); EXPECT_EQ(w[1], 1.0f); EXPECT_EQ(w[2], 0.5f);
+  EXPECT_EQ(w[0], -0.5f);
+  EXPECT_EQ(w[1], 1.0f);
+  EXPECT_EQ(w[2], 0.5f);
 }
 
 TEST(Triangle, AreaBoxCornersAndPrinting) {
@@ -59,16 +73,23 @@ TEST(Triangle, AreaBoxCornersAndPrinting) {
   EXPECT_EQ(os.str(), "0 0 0.5 -2 4 4");
   float a[2], b[2], c[2];
   r.t.GetCorners(a, b, c);
-  EXPECT_EQ(b[0], 0.5f); EXPECT_EQ(b[1], -2.0f); EXPECT_EQ(c[1], 4.0f);
+  EXPECT_EQ(b[0], 0.5f);
+  EXPECT_EQ(b[1], -2.0f);
+  EXPECT_EQ(c[1], 4.0f);
 
   P mn, mx;
-  r.c[0] = P(1, 5); r.c[1] = P(); r.c[2] = P(3, -2);
+  r.c[0] = P(1, 5);
+  r.c[1] = P();
+  r.c[2] = P(3, -2);
   EXPECT_EQ(r.t.IsCornersInitialized(), 0);
   r.t.GetBoundingBox(mn, mx);
-  EXPECT_EQ(mn, P(1, -2)); EXPECT_EQ(mx, P(3, 5));
-  r.c[0] = P(); r.c[2] = P();
+  EXPECT_EQ(mn, P(1, -2));
+  EXPECT_EQ(mx, P(3, 5));
+  r.c[0] = P();
+  r.c[2] = P();
   r.t.GetBoundingBox(mn, mx);
-  EXPECT_EQ(mn, P(-5, -5)); EXPECT_EQ(mx, P(-5, -5));
+  EXPECT_EQ(mn, P(-5, -5));
+  EXPECT_EQ(mx, P(-5, -5));
 }
 
 SmartPointer<TriangleMesh> MakeMesh(std::initializer_list<P> points, std::initializer_list<std::array<int, 3>> tris) {
@@ -113,7 +134,9 @@ TEST(TriangleMesh, IndicesAreaAndBothSpellings) {
   EXPECT_EQ(Vertices(*mesh, 1), (std::array<int, 3>{0, 2, 3}));
   int v[3];
   mesh->GetTriangleVerticiesInArray(0, v);
-  EXPECT_EQ(v[0], 0); EXPECT_EQ(v[1], 1); EXPECT_EQ(v[2], 2);
+  EXPECT_EQ(v[0], 0);
+  EXPECT_EQ(v[1], 1);
+  EXPECT_EQ(v[2], 2);
   EXPECT_EQ(mesh->DoesTriangleContainVertex(1, 3), 1);
   EXPECT_EQ(mesh->DoesTriangleContainVertex(1, 1), 0);
   EXPECT_EQ(mesh->TotalSignedArea(), -1.0f);  // -0.5 each

@@ -27,7 +27,8 @@ TEST(RunExecutable, MissingProgramIsReportedAndNotRun) {
   int code = RunExecutable::Run(missing.c_str(), 1000, 0, nullptr);
   EXPECT_EQ(code, VEK_FILE_NOT_FOUND | VEK_CUSTOM_MESSAGE_FLAG);
   EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(code), "Could not find executable named " + missing);
-  EXPECT_TRUE(std::regex_search(log.Text(), std::regex("^ERROR:vekRunExecutable, [0-9]+: Could not find executable named ")))
+  EXPECT_TRUE(
+      std::regex_search(log.Text(), std::regex("^ERROR:vekRunExecutable, [0-9]+: Could not find executable named ")))
       << log.Text();
 }
 

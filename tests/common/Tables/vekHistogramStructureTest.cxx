@@ -34,8 +34,9 @@ TEST(HistogramStructure, CountsPrintingAndRangeChecks) {
   std::ostringstream os;
   h->PrintSelf(os, Indent(0));
   h->PrintHistogram(os);
-  EXPECT_EQ(os.str(), "Reference Count: 1\nNumEntries: 7\nNumBins: 4\nHist:  Not Null\n"
-                      "Bin 0 : 1\nBin 1 : 2\nBin 2 : 0\nBin 3 : 4\n");
+  EXPECT_EQ(os.str(),
+            "Reference Count: 1\nNumEntries: 7\nNumBins: 4\nHist:  Not Null\n"
+            "Bin 0 : 1\nBin 1 : 2\nBin 2 : 0\nBin 3 : 4\n");
   {
     test::LogCapture log;
     EXPECT_EQ(h->AddBin(4), VEK_INDEX_OUT_OF_RANGE);
@@ -50,7 +51,7 @@ TEST(HistogramStructure, CountsPrintingAndRangeChecks) {
 
 TEST(HistogramStructure, FractionalBinIsWhereTheRunningCountReachesTheTarget) {
   auto h = MakeHistogram({1, 2, 3, 4});       // entries in bins 0 1 1 2 2 2 3 3 3 3
-  EXPECT_EQ(h->FindMedianBin(), 2);            // the 5th entry
+  EXPECT_EQ(h->FindMedianBin(), 2);           // the 5th entry
   EXPECT_EQ(h->FindFractionalBin(0.25f), 1);  // ceil(2.5): the 3rd entry
   EXPECT_EQ(h->FindFractionalBin(0.05f), 0);  // ceil(0.5): the 1st entry
   EXPECT_EQ(h->FindFractionalBin(1.0f), 3);

@@ -40,9 +40,9 @@ TEST(LookupTable, ForwardInterpolatesWithoutClampingAndPrints) {
 
 TEST(LookupTable, InvertBisectsExtrapolatesAndHalvesFlatIntervals) {
   auto t = MakeTable(10, 2, {0, 4, 10, 11});
-  EXPECT_EQ(t->Invert(7), 13.0f);      // between 4 and 10
-  EXPECT_EQ(t->Invert(-4), 8.0f);      // first interval extended
-  EXPECT_EQ(t->Invert(13), 20.0f);     // last interval extended
+  EXPECT_EQ(t->Invert(7), 13.0f);   // between 4 and 10
+  EXPECT_EQ(t->Invert(-4), 8.0f);   // first interval extended
+  EXPECT_EQ(t->Invert(13), 20.0f);  // last interval extended
   EXPECT_EQ(MakeTable(0, 1, {0, 1, 2, 3, 4, 5, 6, 7})->Invert(5.25f), 5.25f);
   EXPECT_EQ(MakeTable(1, 0.5f, {2, 6})->Invert(3), 1.125f);
 

@@ -15,9 +15,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <map>
 #include <mutex>
+#include <sstream>
 #include <string_view>
 #include <tuple>
 
@@ -113,8 +113,8 @@ bool IsDirectory(const std::string& path) {
 }
 
 // The stored value: its type tag and its text. False when the file is missing or unreadable.
-bool ReadRegistryValueFile(RegistryRoot root, const std::string& subkey, const std::string& name,
-                           std::string& type, std::string& text) {
+bool ReadRegistryValueFile(RegistryRoot root, const std::string& subkey, const std::string& name, std::string& type,
+                           std::string& text) {
   std::ifstream in(RegistryValueFile(RegistryKeyDirectory(root, subkey), name), std::ios::binary);
   if (!in || !std::getline(in, type)) return false;
   std::ostringstream rest;
@@ -142,8 +142,7 @@ char PathSeparator() { return '/'; }
 
 std::string ModuleDirectory() {
   Dl_info info{};
-  if (dladdr(reinterpret_cast<void*>(&ModuleDirectory), &info) == 0 || info.dli_fname == nullptr)
-    return "./";
+  if (dladdr(reinterpret_cast<void*>(&ModuleDirectory), &info) == 0 || info.dli_fname == nullptr) return "./";
   std::string path = info.dli_fname;
   auto slash = path.find_last_of('/');
   return slash == std::string::npos ? std::string("./") : path.substr(0, slash + 1);
@@ -189,8 +188,8 @@ bool ModuleResource(const std::string& moduleName, const std::string& type, int 
   return true;
 }
 
-void RegisterModuleResource(const std::string& moduleName, const std::string& type, int id,
-                            const unsigned char* data, std::size_t size) {
+void RegisterModuleResource(const std::string& moduleName, const std::string& type, int id, const unsigned char* data,
+                            std::size_t size) {
   std::lock_guard<std::mutex> lock(ResourceMutex());
   ResourceTable()[{moduleName, type, id}] = {data, size};
 }
@@ -290,7 +289,7 @@ bool RegistryKeyExists(RegistryRoot root, const std::string& subkey) {
 
 bool RegistryCreateKey(RegistryRoot root, const std::string& subkey) {
   std::string key = RegistryKeyDirectory(root, subkey);
-  for (std::size_t slash = key.find('/', 1); ; slash = key.find('/', slash + 1)) {
+  for (std::size_t slash = key.find('/', 1);; slash = key.find('/', slash + 1)) {
     std::string level = key.substr(0, slash);
     if (::mkdir(level.c_str(), 0755) != 0 && errno != EEXIST) return false;
     if (slash == std::string::npos) break;
@@ -311,12 +310,10 @@ bool RegistryReadString(RegistryRoot root, const std::string& subkey, const std:
   return true;
 }
 
-bool RegistryReadDword(RegistryRoot root, const std::string& subkey, const std::string& name,
-                       unsigned long& value) {
+bool RegistryReadDword(RegistryRoot root, const std::string& subkey, const std::string& name, unsigned long& value) {
   std::string type, stored;
   if (!ReadRegistryValueFile(root, subkey, name, type, stored) || type != "REG_DWORD") return false;
-  if (stored.empty() || stored.size() > 10 || stored.find_first_not_of("0123456789") != std::string::npos)
-    return false;
+  if (stored.empty() || stored.size() > 10 || stored.find_first_not_of("0123456789") != std::string::npos) return false;
   unsigned long long number = std::stoull(stored);
   if (number > 0xFFFFFFFFull) return false;
   value = static_cast<unsigned long>(number);
@@ -328,8 +325,7 @@ bool RegistryWriteString(RegistryRoot root, const std::string& subkey, const std
   return WriteRegistryValueFile(root, subkey, name, "REG_SZ\n" + text);
 }
 
-bool RegistryWriteDword(RegistryRoot root, const std::string& subkey, const std::string& name,
-                        unsigned long value) {
+bool RegistryWriteDword(RegistryRoot root, const std::string& subkey, const std::string& name, unsigned long value) {
   return WriteRegistryValueFile(root, subkey, name, "REG_DWORD\n" + std::to_string(value & 0xFFFFFFFFul));
 }
 

@@ -65,11 +65,10 @@ std::wstring WideFromUtf8(const std::string& text) {
 
 std::string Utf8FromWide(const std::wstring& wide) {
   if (wide.empty()) return std::string();
-  int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr,
-                                   nullptr);
+  int length =
+      WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
   std::string text(static_cast<std::size_t>(length), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), text.data(), length, nullptr,
-                      nullptr);
+  WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), text.data(), length, nullptr, nullptr);
   return text;
 }
 
@@ -77,8 +76,7 @@ std::string Utf8FromWide(const std::wstring& wide) {
 bool ReadRawRegistryValue(RegistryRoot root, const std::string& subkey, const std::string& name, DWORD& type,
                           std::vector<BYTE>& data) {
   HKEY key = nullptr;
-  if (RegOpenKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
-    return false;
+  if (RegOpenKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
   std::wstring wideName = WideFromUtf8(name);
   DWORD size = 0;
   LSTATUS status = RegQueryValueExW(key, wideName.c_str(), nullptr, &type, nullptr, &size);
@@ -96,8 +94,7 @@ bool WriteRawRegistryValue(RegistryRoot root, const std::string& subkey, const s
   HKEY key = nullptr;
   if (RegOpenKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, KEY_SET_VALUE, &key) != ERROR_SUCCESS)
     return false;
-  LSTATUS status =
-      RegSetValueExW(key, WideFromUtf8(name).c_str(), 0, type, static_cast<const BYTE*>(data), size);
+  LSTATUS status = RegSetValueExW(key, WideFromUtf8(name).c_str(), 0, type, static_cast<const BYTE*>(data), size);
   RegCloseKey(key);
   return status == ERROR_SUCCESS;
 }
@@ -140,8 +137,8 @@ void RegisterModuleResource(const std::string&, const std::string&, int, const u
 void AdviseLargePages(const void*, std::size_t) {}
 
 bool WriteFileDurably(const std::string& path, const std::string& bytes) {
-  HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
-                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  HANDLE file =
+      CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
   bool ok = true;
   std::size_t offset = 0;
@@ -183,15 +180,15 @@ bool TextWindowExists() { return g_editControl != nullptr; }
 bool TextWindowCreate() {
   if (g_editControl) return true;
   if (!RegisterWindowClassOnce()) return true;
-  g_frame = CreateWindowExA(0, kWindowClass, "OutputWindow", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0, 512,
-                            512, nullptr, nullptr, OwnModule(), nullptr);
+  g_frame = CreateWindowExA(0, kWindowClass, "OutputWindow", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0, 512, 512,
+                            nullptr, nullptr, OwnModule(), nullptr);
   if (!g_frame) return true;
   RECT client{};
   GetClientRect(g_frame, &client);
   g_editControl = CreateWindowExA(
       0, "EDIT", "",
-      WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL,
-      0, 0, client.right - client.left, client.bottom - client.top, g_frame, nullptr, OwnModule(), nullptr);
+      WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0,
+      0, client.right - client.left, client.bottom - client.top, g_frame, nullptr, OwnModule(), nullptr);
   if (g_editControl) SendMessageA(g_editControl, EM_SETLIMITTEXT, kTextWindowLimit, 0);
   ShowWindow(g_frame, SW_SHOW);
   return true;
@@ -223,8 +220,7 @@ void SetEnvironmentValue(const char* name, const std::string& value) { _putenv_s
 
 bool RegistryKeyExists(RegistryRoot root, const std::string& subkey) {
   HKEY key = nullptr;
-  if (RegOpenKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
-    return false;
+  if (RegOpenKeyExW(RootHandle(root), WideFromUtf8(subkey).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
   RegCloseKey(key);
   return true;
 }
@@ -246,16 +242,14 @@ bool RegistryDeleteKey(RegistryRoot root, const std::string& subkey) {
 bool RegistryReadString(RegistryRoot root, const std::string& subkey, const std::string& name, std::string& text) {
   DWORD type = 0;
   std::vector<BYTE> data;
-  if (!ReadRawRegistryValue(root, subkey, name, type, data) || (type != REG_SZ && type != REG_EXPAND_SZ))
-    return false;
+  if (!ReadRawRegistryValue(root, subkey, name, type, data) || (type != REG_SZ && type != REG_EXPAND_SZ)) return false;
   std::wstring wide(reinterpret_cast<const wchar_t*>(data.data()), data.size() / sizeof(wchar_t));
   while (!wide.empty() && wide.back() == L'\0') wide.pop_back();
   text = Utf8FromWide(wide);
   return true;
 }
 
-bool RegistryReadDword(RegistryRoot root, const std::string& subkey, const std::string& name,
-                       unsigned long& value) {
+bool RegistryReadDword(RegistryRoot root, const std::string& subkey, const std::string& name, unsigned long& value) {
   DWORD type = 0;
   std::vector<BYTE> data;
   if (!ReadRawRegistryValue(root, subkey, name, type, data) || type != REG_DWORD || data.size() != sizeof(DWORD))
@@ -273,8 +267,7 @@ bool RegistryWriteString(RegistryRoot root, const std::string& subkey, const std
                                static_cast<DWORD>((wide.size() + 1) * sizeof(wchar_t)));
 }
 
-bool RegistryWriteDword(RegistryRoot root, const std::string& subkey, const std::string& name,
-                        unsigned long value) {
+bool RegistryWriteDword(RegistryRoot root, const std::string& subkey, const std::string& name, unsigned long value) {
   DWORD number = value;
   return WriteRawRegistryValue(root, subkey, name, REG_DWORD, &number, sizeof(number));
 }
