@@ -16,4 +16,6 @@ show error 79 --language fr
 show error 79 --language ja
 show error 48
 show error 581
+show option set Gain Float 0.75
+show option get Gain
 echo "Debug log: $VEK_BASE_DIR/Temp/DebugLog.txt"
