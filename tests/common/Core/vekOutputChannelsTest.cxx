@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <regex>
+#include <sstream>
 #include <thread>
 
 #include "vekOutputFile.h"
 #include "vekOutputMessages.h"
+#include "vekOutputWindow.h"
 #include "vekOutputWindowCleanup.h"
 #include "vekRecursiveLock.h"
 #include "vekTestSupport.h"
@@ -108,6 +111,24 @@ TEST(Win32OutputWindow, CutsMessagesAtLineEnds) {
   Win32OutputWindow::Destroy();
   EXPECT_EQ(Win32OutputWindow::GetText(), "");
   window->Release();
+}
+
+TEST(OutputWindow, ErrorsToStandardErrorTheRestToStandardOutput) {
+  std::ostringstream out, err;
+  std::streambuf* previousOut = std::cout.rdbuf(out.rdbuf());
+  std::streambuf* previousErr = std::cerr.rdbuf(err.rdbuf());
+  OutputWindow::Error("e1 ");
+  OutputWindow::Warning("w1");
+  OutputWindow::ConsoleMessage("c1 ");
+  OutputWindow::ProgrammerMessage("p1 ");
+  OutputWindow::ReportMessage("r1");
+  std::cout.rdbuf(previousOut);
+  std::cerr.rdbuf(previousErr);
+  EXPECT_EQ(err.str(), "e1 w1");
+  EXPECT_EQ(out.str(), "c1 p1 r1");
+  OutputWindow* console = OutputWindow::GetInstance();
+  EXPECT_EQ(OutputWindow::GetInstance(), console);
+  OutputWindow::Destroy();
 }
 
 TEST(RecursiveLock, OwnerReentersOthersWait) {
