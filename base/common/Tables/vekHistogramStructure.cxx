@@ -95,12 +95,7 @@ int HistogramStructure::Smooth() {
     const bool end = i == 0 || i == bins - 1;
     smoothed[static_cast<size_t>(i)] = static_cast<unsigned int>(s / (end ? 3 : 4));
   }
-  unsigned long long total = 0;
-  for (int i = 0; i < bins; ++i) {
-    (*Hist)[i] = smoothed[static_cast<size_t>(i)];
-    total += smoothed[static_cast<size_t>(i)];
-  }
-  NumEntries = total > INT_MAX ? INT_MAX : static_cast<int>(total);
+  for (int i = 0; i < bins; ++i) (*Hist)[i] = smoothed[static_cast<size_t>(i)];
   return VEK_SUCCESS;
 }
 

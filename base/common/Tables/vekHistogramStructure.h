@@ -12,8 +12,8 @@ namespace vek {
 ///
 /// Smooth works in integers and truncates: inside bins get (c[i-1] + 2c[i] + c[i+1]) / 4, the first
 /// and the last bin divide their two- or three-term sum by 3 instead, and a single bin becomes
-/// 2c / 3. Those end weights are kept on purpose. Smooth sets NumEntries to the new total so that
-/// fractional bins stay consistent with the counts.
+/// 2c / 3. Those end weights are kept on purpose. Smooth changes only the counts: NumEntries still
+/// holds the number of entries added, which is what fractional bins and entropy are taken of.
 ///
 /// Bins are not clamped into range: AddBin refuses a bin outside the counts with
 /// VEK_INDEX_OUT_OF_RANGE and counts nothing, and GetBin reads 0 there; both report the error.
