@@ -18,14 +18,15 @@ T* NewArray(int n) {
 bool Failed(const void* array, int n) { return n > 0 && array == nullptr; }
 
 // Re-points `count` triangles of `from` (corners in `fromPoints`) into `to` (corners in
-// `toPoints`), shifting each vertex index by `shift`.
+// `toPoints`), shifting each vertex index by `shift`. Every set corner moves, also in a triangle
+// that is only partly set, so that none is left pointing into an array about to be freed.
 void RepointTriangles(const Triangle* from, const vec2<float>* fromPoints, int count, Triangle* to,
                       vec2<float>* toPoints, int shift) {
+  auto moved = [&](vec2<float>* corner) { return corner ? toPoints + (corner - fromPoints) + shift : nullptr; };
   for (int t = 0; t < count; ++t) {
-    if (!from[t].IsInitialized()) continue;
-    int v[3];
-    from[t].GetVertexNumInArray(fromPoints, v);
-    to[t].SetCorners(toPoints + v[0] + shift, toPoints + v[1] + shift, toPoints + v[2] + shift);
+    vec2<float>*a, *b, *c;
+    from[t].GetCorners(&a, &b, &c);
+    to[t].SetCorners(moved(a), moved(b), moved(c));
   }
 }
 

@@ -61,6 +61,22 @@ TEST(RectilinearGrid, NumberingAndNearestIndex) {
   EXPECT_EQ(points[11], P(16, 30));
 }
 
+// Offset 0.3f and step 0.1f: 0.300000011920928955078125 + 10 x 0.100000001490116119384765625 is
+// 1.30000002682209014892578125 exactly in double, nearest float 0x1.4ccccep+0. Accumulating in
+// float gives 0x1.4cccd0p+0, multiplying in float 0x1.4cccccp+0, so either shortcut shows.
+constexpr float kTenthStepFromPointThree = 0x1.4ccccep+0f;
+
+TEST(RectilinearGrid, FillInPointsAccumulatesInDouble) {
+  auto g = MakeGrid(0.3f, 0.3f, 0.1f, 0.1f, 11, 11);
+  std::vector<P> points(121);
+  g->FillInPoints(points.data());
+  EXPECT_EQ(points[10].x, kTenthStepFromPointThree);
+  EXPECT_EQ(points[10].y, 0.3f);
+  EXPECT_EQ(points[110].x, 0.3f);
+  EXPECT_EQ(points[110].y, kTenthStepFromPointThree);
+  EXPECT_EQ(points[120], P(kTenthStepFromPointThree, kTenthStepFromPointThree));
+}
+
 TEST(RectilinearGrid, RangeTestUsesYAgainstLastX) {
   auto g = MakeGrid(0, 0, 10, 1, 11, 11);  // last x 100, last y 10
   EXPECT_EQ(g->IsInRange(P(50, 5)), 1);
@@ -152,6 +168,13 @@ TEST(NonUniformRectilinearGrid, RegionsRangesAndSharing) {
   g->FillInPoints(points.data());
   EXPECT_EQ(points[7], P(3, 2));
   EXPECT_EQ(points[14], P(8, 4));
+
+  // Coordinates accumulate in double (the same worked value as for the uniform grid).
+  ASSERT_EQ(g->CreateXCoord(11, 0.3f, 0.1f), 0);
+  EXPECT_EQ(g->GetNumx(), 11);
+  EXPECT_EQ(g->GetPointx(0), 0.3f);
+  EXPECT_EQ(g->GetLastPointx(), kTenthStepFromPointThree);
+  ASSERT_EQ(g->CreateXCoord(5, 0, 1), 0);  // back to the five columns printed below
 
   auto shared = SmartPointer<DataArray<float>>::New();
   shared->InsertNextValue(1);

@@ -142,6 +142,16 @@ TEST(TriangleMesh, IndicesAreaAndBothSpellings) {
   EXPECT_EQ(mesh->TotalSignedArea(), -1.0f);  // -0.5 each
 }
 
+// Areas +1e8, +1, -1e8 (all exact in float): a float running sum loses the 1 against 1e8
+// (float spacing there is 8), a double running sum keeps it.
+TEST(TriangleMesh, TotalSignedAreaSumsInDouble) {
+  auto mesh = MakeMesh({P(0, 0), P(0, 20000), P(10000, 0), P(0, 2), P(1, 0)}, {{0, 1, 2}, {0, 3, 4}, {0, 2, 1}});
+  EXPECT_EQ(mesh->GetTriangle(0).SignedArea(), 1e8f);
+  EXPECT_EQ(mesh->GetTriangle(1).SignedArea(), 1.0f);
+  EXPECT_EQ(mesh->GetTriangle(2).SignedArea(), -1e8f);
+  EXPECT_EQ(mesh->TotalSignedArea(), 1.0f);
+}
+
 TEST(TriangleMesh, ExpandKeepsIndicesAndRepoints) {
   auto mesh = MakeMesh({P(0, 0), P(1, 0), P(1, 1)}, {{2, 0, 1}});
   const P* before = mesh->GetPoints();
@@ -157,9 +167,14 @@ TEST(TriangleMesh, ExpandKeepsIndicesAndRepoints) {
   EXPECT_EQ(mesh->GetTriangle(2).IsInitialized(), 0);
   mesh->AddTriangle(2, 4, 3, 0);
   EXPECT_EQ(Vertices(*mesh, 2), (std::array<int, 3>{4, 3, 0}));
+  // A partly set triangle moves with the points too: no corner may stay in the freed array.
+  mesh->SetTriangle(1).SetCorners(&mesh->SetPoint(3), nullptr, nullptr);
+  ASSERT_EQ(mesh->ExpandPoints(6), VEK_SUCCESS);
+  EXPECT_EQ(mesh->GetTriangle(1).GetCorner(0), mesh->GetPoints() + 3);
+  EXPECT_EQ(mesh->GetTriangle(1).GetCorner(1), nullptr);
   EXPECT_EQ(mesh->ExpandPoints(4), VEK_INVALID_PARAMETERS);
   EXPECT_EQ(mesh->ExpandTriangles(2), VEK_INVALID_PARAMETERS);
-  EXPECT_EQ(mesh->GetNumPoints(), 5);
+  EXPECT_EQ(mesh->GetNumPoints(), 6);
   EXPECT_EQ(mesh->GetNumTriangles(), 3);
 }
 
