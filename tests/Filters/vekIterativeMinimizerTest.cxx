@@ -16,7 +16,7 @@ namespace {
 
 using MinimizerPtr = SmartPointer<GaussNewtonNonlinearMinimizer>;
 
-// A problem told by its residuals and Jacobian; it records every point the residuals were asked for.
+// Residuals and Jacobian of a test problem; records every point the residuals were asked for.
 struct Problem {
   Problem(std::vector<double> s, int (*r)(const double*, double*), int (*j)(const double*, double*))
       : start(std::move(s)), residuals(r), jacobian(j) {}
@@ -78,16 +78,15 @@ TEST(GaussNewtonNonlinearMinimizer, NewVectorsAndPrintout) {
       << os.str();
 }
 
+// e = p - 3 with a Jacobian of the wrong sign: every step points uphill.
+Problem Uphill() {
+  return Problem{{0},
+                 [](const double* p, double* e) { return e[0] = p[0] - 3, 0; },
+                 [](const double*, double* j) { return j[0] = -1, 0; }};
+}
+
 TEST(GaussNewtonNonlinearMinimizer, MissingSetUpRunsNoCallback) {
-  Problem problem{{0},
-                  [](const double*, double* e) {
-                    e[0] = 1;
-                    return 0;
-                  },
-                  [](const double*, double* j) {
-                    j[0] = 1;
-                    return 0;
-                  }};
+  Problem problem = Uphill();
   auto minimizer = MakeMinimizer(problem, 1, 1);
   minimizer->SetJacobianFunction(nullptr, &problem);
   EXPECT_EQ(minimizer->Solve(), VEK_MINIMIZATION_PARAMETER_NOT_SET);
@@ -113,7 +112,6 @@ TEST(GaussNewtonNonlinearMinimizer, LinearProblemSolvedInOneStep) {
   ASSERT_EQ(minimizer->Solve(), VEK_SUCCESS);
   EXPECT_NEAR(minimizer->GetParameters()[0], 3, 1e-12);
   EXPECT_NEAR(minimizer->GetParameters()[1], -2, 1e-12);
-  EXPECT_EQ(minimizer->GetMaxIterations(), 100);
   // The first step lands on the minimum, the second one is (nearly) nothing.
   EXPECT_EQ(problem.jacobianCalls, 2);
   EXPECT_EQ(CountMatches(log.Text(), kPrefix + ": Done in 1 iter with squared err[-+.e0-9]+\n"), 1) << log.Text();
@@ -129,19 +127,6 @@ TEST(GaussNewtonNonlinearMinimizer, RosenbrockValley) {
   EXPECT_NEAR(minimizer->GetParameters()[0], 1, 1e-9);
   EXPECT_NEAR(minimizer->GetParameters()[1], 1, 1e-9);
   EXPECT_LT(minimizer->GetCurrentSquaredError(), 1e-20);
-}
-
-// e = p - 3 with a Jacobian of the wrong sign: every step points uphill.
-Problem Uphill() {
-  return Problem{{0},
-                 [](const double* p, double* e) {
-                   e[0] = p[0] - 3;
-                   return 0;
-                 },
-                 [](const double*, double* j) {
-                   j[0] = -1;
-                   return 0;
-                 }};
 }
 
 TEST(GaussNewtonNonlinearMinimizer, StepHalvingGivesUpAtTwoToTheMinus19) {
@@ -168,14 +153,8 @@ TEST(GaussNewtonNonlinearMinimizer, StepHalvingGivesUpAtTwoToTheMinus19) {
 TEST(GaussNewtonNonlinearMinimizer, BudgetRunsOutWithoutError) {
   // A Jacobian twice too large halves the distance to 0 every step: never converged.
   Problem problem{{1},
-                  [](const double* p, double* e) {
-                    e[0] = p[0];
-                    return 0;
-                  },
-                  [](const double*, double* j) {
-                    j[0] = 2;
-                    return 0;
-                  }};
+                  [](const double* p, double* e) { return e[0] = p[0], 0; },
+                  [](const double*, double* j) { return j[0] = 2, 0; }};
   test::LogCapture log;
   auto minimizer = MakeMinimizer(problem, 1, 1, 1);
   ASSERT_EQ(minimizer->Solve(), VEK_SUCCESS);
@@ -195,14 +174,8 @@ TEST(GaussNewtonNonlinearMinimizer, BudgetRunsOutWithoutError) {
 TEST(GaussNewtonNonlinearMinimizer, SingularSystemZeroStepConverges) {
   // A zero Jacobian: the singular value 0 is cut, the step is exactly 0, which counts as converged.
   Problem problem{{2},
-                  [](const double* p, double* e) {
-                    e[0] = p[0] - 5;
-                    return 0;
-                  },
-                  [](const double*, double* j) {
-                    j[0] = 0;
-                    return 0;
-                  }};
+                  [](const double* p, double* e) { return e[0] = p[0] - 5, 0; },
+                  [](const double*, double* j) { return j[0] = 0, 0; }};
   test::LogCapture log;
   auto minimizer = MakeMinimizer(problem, 1, 1, 0);
   ASSERT_EQ(minimizer->Solve(), VEK_SUCCESS);

@@ -12,9 +12,7 @@ namespace {
 using QuaternionPtr = SmartPointer<Quaternion>;
 
 void ExpectPointNear(const double* p, double x, double y, double z) {
-  EXPECT_NEAR(p[0], x, 1e-12);
-  EXPECT_NEAR(p[1], y, 1e-12);
-  EXPECT_NEAR(p[2], z, 1e-12);
+  for (int k = 0; k < 3; ++k) EXPECT_NEAR(p[k], (k == 0 ? x : k == 1 ? y : z), 1e-12) << k;
 }
 
 TEST(Quaternion, NewIsIdentityAndPrints) {

@@ -30,11 +30,8 @@ BrownPtr MakeWarp(const Lens& lens) {
   warp->SetFocalLengthY(3000);
   warp->SetCenterX(1999.5f);
   warp->SetCenterY(1499.5f);
-  warp->Setk1(static_cast<float>(lens.k1));
-  warp->Setk2(static_cast<float>(lens.k2));
-  warp->Setp1(static_cast<float>(lens.p1));
-  warp->Setp2(static_cast<float>(lens.p2));
-  warp->Setk3(static_cast<float>(lens.k3));
+  const float distortion[8] = {float(lens.k1), float(lens.k2), float(lens.p1), float(lens.p2), float(lens.k3)};
+  warp->SetDistortionParams(distortion);
   return warp;
 }
 
@@ -55,13 +52,7 @@ std::vector<vec2<float>> ImageGrid(int nx, int ny) {
   return points;
 }
 
-TEST(BrownLensWarp, CoefficientsLiveInTheDistortionParameters) {
-  auto warp = BrownPtr::New();
-  EXPECT_STREQ(warp->GetClassName(), "BrownLensWarp");
-  const float values[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-  warp->SetDistortionParams(values);
-  EXPECT_TRUE(warp->Getk1() == 1 && warp->Getk2() == 2 && warp->Getp1() == 3 && warp->Getp2() == 4 &&
-              warp->Getk3() == 5);
+TEST(BrownLensWarp, BodyRoundTrip) {
   std::ostringstream os;
   ASSERT_EQ(LensWarpIO::WriteToStream(&os, MakeWarp(kStrong).GetPointer()), VEK_SUCCESS);
   EXPECT_EQ(os.str(), "3 1.1 4000 3000 3000 3000 1999.5 1499.5 -0.28 0.09 0.001 -0.0005 -0.01 0 0 0 \n");
@@ -105,21 +96,6 @@ TEST(BrownLensWarp, InverseRoundTripsOverTheWholeImage) {
     worst = std::max({worst, std::fabs(double(back.x) - p.x), std::fabs(double(back.y) - p.y)});
   }
   EXPECT_LE(worst, 1e-3);
-
-  // Invert(Forward(p)) for moderate distortion, and for none, where both are the identity.
-  for (const Lens& lens : {Lens{-0.05, 0.01, 0.0005, 0.0002, 0}, Lens{0, 0, 0, 0, 0}}) {
-    auto moderate = MakeWarp(lens);
-    for (const auto& p : ImageGrid(11, 9)) {
-      vec2<float> distorted, back;
-      moderate->Forward(p, distorted);
-      if (lens.k1 == 0) {
-        EXPECT_NEAR(distorted.x, p.x, 1e-3);
-      }
-      moderate->Invert(distorted, back);
-      EXPECT_NEAR(back.x, p.x, 1e-3);
-      EXPECT_NEAR(back.y, p.y, 1e-3);
-    }
-  }
 }
 
 TEST(BrownLensWarp, AgreesWithTheGeneralMinimizer) {
@@ -133,29 +109,21 @@ TEST(BrownLensWarp, AgreesWithTheGeneralMinimizer) {
   }
 }
 
-TEST(BrownLensWarp, ArrayInverseIsTheOnePointInverse) {
+TEST(BrownLensWarp, ArraysAreTheOnePointResults) {
   auto warp = MakeWarp(kStrong);
-  std::vector<vec2<float>> points = ImageGrid(160, 120);  // enough to be split over threads
-  points[5] = vec2<float>();
-  points[points.size() - 1] = vec2<float>();
-  std::vector<vec2<float>> expected = points;
-  for (auto& p : expected)
-    if (!p.IsUnset()) {
+  for (bool forward : {true, false}) {
+    std::vector<vec2<float>> points = ImageGrid(160, 120);  // enough to be split over threads
+    points[5] = points.back() = vec2<float>();
+    std::vector<vec2<float>> expected = points;
+    for (auto& p : expected) {
       const vec2<float> in = p;
-      warp->Invert(in, p);
+      if (!in.IsUnset()) forward ? warp->Forward(in, p) : void(warp->Invert(in, p));
     }
-  warp->InplaceInvertArray(points.data(), static_cast<unsigned int>(points.size()));
-  EXPECT_EQ(std::memcmp(points.data(), expected.data(), points.size() * sizeof(vec2<float>)), 0);
-  EXPECT_TRUE(points[5].IsUnset());
-
-  std::vector<vec2<float>> forward = ImageGrid(160, 120);
-  std::vector<vec2<float>> one = forward;
-  for (auto& p : one) {
-    const vec2<float> in = p;
-    warp->Forward(in, p);
+    const unsigned int n = static_cast<unsigned int>(points.size());
+    forward ? warp->InplaceForwardArray(points.data(), n) : warp->InplaceInvertArray(points.data(), n);
+    EXPECT_EQ(std::memcmp(points.data(), expected.data(), n * sizeof(vec2<float>)), 0) << forward;
+    EXPECT_TRUE(points[5].IsUnset());
   }
-  warp->InplaceForwardArray(forward.data(), static_cast<unsigned int>(forward.size()));
-  EXPECT_EQ(std::memcmp(forward.data(), one.data(), one.size() * sizeof(vec2<float>)), 0);
 }
 
 TEST(BrownLensWarp, BadInputEndsWithoutHanging) {

@@ -12,7 +12,6 @@ using FrustumPtr = SmartPointer<FrustumView>;
 
 TEST(FrustumView, NewObjectPrintsUnsetValues) {
   auto view = FrustumPtr::New();
-  EXPECT_EQ(view->GetPreRollAngleInRadians(), 0.0);
   std::ostringstream out;
   out << *view;
   EXPECT_EQ(out.str(),

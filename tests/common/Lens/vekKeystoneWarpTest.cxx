@@ -28,8 +28,6 @@ WarpPtr MakeWarp(const double* parameters) {
 
 TEST(KeystoneWarp, InitialisedOnlyWithParametersAndCentre) {
   auto warp = WarpPtr::New();
-  EXPECT_EQ(warp->IsInitialized(), 0);
-  EXPECT_EQ(warp->GetCenterX(), static_cast<double>(-1444.4444f));
   warp->SetParameters(kCycle);
   EXPECT_EQ(warp->IsInitialized(), 0);
   warp->SetCameraCenterFromCameraSize(640, 480);
@@ -53,8 +51,6 @@ TEST(KeystoneWarp, ForwardOfKnownPoses) {
   EXPECT_DOUBLE_EQ(u, 320 + 100.0 / 15);
 
   warp = MakeWarp(kCycle);
-  warp->GetRinvT(tx, ty, tz);  // R^T t = (t1, t2, t0)
-  EXPECT_TRUE(tx == 2 && ty == 10 && tz == 1);
   warp->Forward(3.0, 4.0, u, v);  // camera (1, 5, 14)
   EXPECT_DOUBLE_EQ(u, 320 + 100.0 / 14);
   EXPECT_DOUBLE_EQ(v, 240 + 500.0 / 14);

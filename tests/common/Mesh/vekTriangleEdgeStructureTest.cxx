@@ -5,30 +5,19 @@
 #include <sstream>
 #include <vector>
 
-#include "vekErrorCodes.h"
-#include "vekRectilinearConnectivityTriangleMesh.h"
-#include "vekRectilinearGrid.h"
-#include "vekSmartPointer.h"
+#include "vekMeshTestHelpers.h"
 #include "vekTriangleEdgeStructure.h"
 
 namespace vek {
 namespace {
 
-SmartPointer<TriangleMesh> Square() {
-  // 3 - 2
-  // | / |
-  // 0 - 1
-  auto mesh = SmartPointer<TriangleMesh>::New();
-  mesh->SetNumPoints(4);
-  mesh->SetNumTriangles(2);
-  mesh->Allocate();
-  mesh->AddPoint(0, 0, 0);
-  mesh->AddPoint(1, 1, 0);
-  mesh->AddPoint(2, 1, 1);
-  mesh->AddPoint(3, 0, 1);
-  mesh->AddTriangle(0, 0, 1, 2);
-  mesh->AddTriangle(1, 0, 2, 3);
-  return mesh;
+using P = vec2<float>;
+using Ends = std::array<int, 2>;
+
+Ends EdgeEnds(const TriangleEdgeStructure& edges, int e) {
+  Ends ends;
+  edges.GetEdge(e, ends[0], ends[1]);
+  return ends;
 }
 
 std::vector<int> List(const VarArray<int>* list) {
@@ -36,42 +25,32 @@ std::vector<int> List(const VarArray<int>* list) {
 }
 
 TEST(TriangleEdgeStructure, SingleTriangleEdgeOrder) {
-  auto mesh = SmartPointer<TriangleMesh>::New();
-  mesh->SetNumPoints(3);
-  mesh->SetNumTriangles(1);
-  mesh->Allocate();
-  mesh->AddTriangle(0, 2, 0, 1);
   auto edges = SmartPointer<TriangleEdgeStructure>::New();
-  ASSERT_EQ(edges->Initialize(*mesh), VEK_SUCCESS);
+  ASSERT_EQ(edges->Initialize(*test::MakeMesh({P(), P(), P()}, {{2, 0, 1}})), VEK_SUCCESS);
   ASSERT_EQ(edges->GetNumberOfEdges(), 3u);
-  int a, b;
-  edges->GetEdge(0, a, b);  // (c0, c1) = (2, 0), stored smaller end first
-  EXPECT_EQ(a, 0);
-  EXPECT_EQ(b, 2);
-  edges->GetEdge(1, a, b);  // (c0, c2) = (2, 1)
-  EXPECT_EQ(a, 1);
-  EXPECT_EQ(b, 2);
-  edges->GetEdge(2, a, b);  // (c1, c2) = (0, 1)
-  EXPECT_EQ(a, 0);
-  EXPECT_EQ(b, 1);
+  // (c0, c1), (c0, c2), (c1, c2), each stored smaller end first.
+  EXPECT_EQ(EdgeEnds(*edges, 0), (Ends{0, 2}));
+  EXPECT_EQ(EdgeEnds(*edges, 1), (Ends{1, 2}));
+  EXPECT_EQ(EdgeEnds(*edges, 2), (Ends{0, 1}));
   for (int e = 0; e < 3; ++e) EXPECT_EQ(edges->GetNumOwner(e), 1);
   for (int k = 0; k < 3; ++k) EXPECT_EQ(edges->GetTriangleNeighborWithoutPoint(0, k), -1);
 }
 
 TEST(TriangleEdgeStructure, SharedEdgeOwnersListsAndPrintout) {
   auto edges = SmartPointer<TriangleEdgeStructure>::New();
-  ASSERT_EQ(edges->Initialize(*Square()), VEK_SUCCESS);
+  // 3 - 2
+  // | / |
+  // 0 - 1
+  ASSERT_EQ(edges->Initialize(*test::MakeMesh({P(0, 0), P(1, 0), P(1, 1), P(0, 1)}, {{0, 1, 2}, {0, 2, 3}})),
+            VEK_SUCCESS);
   ASSERT_EQ(edges->GetNumberOfEdges(), 5u);
   int t1, t2;
   edges->GetTrianglesWithEdge(1, t1, t2);
-  EXPECT_EQ(t1, 0);
-  EXPECT_EQ(t2, 1);
+  EXPECT_TRUE(t1 == 0 && t2 == 1);
   EXPECT_EQ(edges->GetNumOwner(1), 2);
   EXPECT_EQ(edges->GetNumOwner(3), 1);
   const int* e1 = edges->GetTriangleEdges(1);
-  EXPECT_EQ(e1[0], 1);
-  EXPECT_EQ(e1[1], 3);
-  EXPECT_EQ(e1[2], 4);
+  EXPECT_TRUE(e1[0] == 1 && e1[1] == 3 && e1[2] == 4);
   EXPECT_EQ(edges->GetTriangleNeighborWithoutPoint(0, 1), 1);   // corner 1 is point 1: edge (0, 2)
   EXPECT_EQ(edges->GetTriangleNeighborWithoutPoint(1, 2), 0);   // corner 2 is point 3: edge (0, 2)
   EXPECT_EQ(edges->GetTriangleNeighborWithoutPoint(1, 1), -1);  // edge (0, 3)
@@ -107,18 +86,9 @@ TEST(TriangleEdgeStructure, SharedEdgeOwnersListsAndPrintout) {
   std::fclose(file);
 }
 
-// On a grid triangulation every neighbour must be the one other triangle holding both ends of
-// the edge (found by scanning all triangles), and the count must match the grid's edge formula.
+// Each neighbour is the one other triangle holding both edge ends (scan), and the edge count is the grid's.
 TEST(TriangleEdgeStructure, GridNeighboursAgreeWithScan) {
-  auto grid = SmartPointer<RectilinearGrid>::New();
-  grid->SetOffsetx(0);
-  grid->SetOffsety(0);
-  grid->SetSpacex(1);
-  grid->SetSpacey(1);
-  grid->SetNumx(5);
-  grid->SetNumy(4);
-  auto mesh = SmartPointer<RectilinearConnectivityTriangleMesh>::New();
-  ASSERT_EQ(mesh->CreateTriangleMesh(grid.GetPointer()), VEK_SUCCESS);
+  auto mesh = test::GridMesh(5, 4);
   auto edges = SmartPointer<TriangleEdgeStructure>::New();
   ASSERT_EQ(edges->Initialize(*mesh), VEK_SUCCESS);
   EXPECT_EQ(static_cast<int>(edges->GetNumberOfEdges()), mesh->GetNumEdges());
