@@ -156,9 +156,14 @@ int DataFile::ReadFileVersion(const std::string& line) {
   int status = GetNextTokenAndIncrement(remainder, token);
   if (status == VEK_SUCCESS) status = GetNextTokenAndIncrement(remainder, token);
   if (status != VEK_SUCCESS) return status;
+  // Blanks around the number are allowed, as around the numbers of the entries.
+  const size_t first = token.find_first_not_of(" \t");
+  const size_t last = token.find_last_not_of(" \t");
+  const char* begin = token.data() + (first == std::string::npos ? token.size() : first);
+  const char* stop = token.data() + (first == std::string::npos ? token.size() : last + 1);
   float version = 0.0f;
-  const auto [end, error] = std::from_chars(token.data(), token.data() + token.size(), version);
-  if (error != std::errc() || end != token.data() + token.size())
+  const auto [end, error] = std::from_chars(begin, stop, version);
+  if (begin == stop || error != std::errc() || end != stop)
     return Fail(VEK_BAD_PARSE, "Cannot read file version from '" + token + "'");
   FileVersion = version;
   return VEK_SUCCESS;
@@ -187,7 +192,6 @@ int DataFile::Read() {
   std::ifstream* in = nullptr;
   int status = OpenFileForReading(in, GetFileName());
   if (status != VEK_SUCCESS) return status;
-  ClearEntries();
   std::string line;
   // The end of the file is the only way out of the line reader, and a normal one.
   if (ReadLineIgnoreIrrelevantLines(in, line) == VEK_SUCCESS) {

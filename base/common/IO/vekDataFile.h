@@ -20,9 +20,9 @@ namespace vek {
 /// value may begin or end with '#'. A value holding "###" or a line end does not round-trip, nor
 /// does a name ending in '#' or a string element holding "@@@" or beginning or ending with '@'.
 /// Reading: the trailing "###" may be missing, and anything after the third field is ignored. Read
-/// replaces the list; a line that fails is logged as "Cannot parse: <line>" and ends the read with
-/// the entries before it kept. The end of the file ends the read, so an unterminated last line is
-/// dropped. Derived data files restrict or extend their variables through the virtual hooks.
+/// appends the file's entries to those held (PruneDuplicates removes repeated names); a line that fails is logged as
+/// "Cannot parse: <line>" and ends the read with the entries before it kept. The end of the file ends the read, so an
+/// unterminated last line is dropped. Derived data files restrict or extend their variables through the virtual hooks.
 class VEK_EXPORT DataFile : public IOBase {
  public:
   static DataFile* New();

@@ -102,6 +102,9 @@ TEST_F(DataFileTest, WritesEveryTypeExactlyAndReadsItBack) {
   ASSERT_EQ(back->GetNumVariables(), static_cast<int>(expected.size()));
   for (int n = 0; n < back->GetNumVariables(); ++n) EXPECT_TRUE(*back->GetNthVariable(n) == expected[n]) << n;
   EXPECT_EQ(back->GetNthVariable(8)->GetStringArray()[2], "#z");
+  ASSERT_EQ(back->Read(), 0);  // a second read appends
+  EXPECT_EQ(back->GetNumVariables(), static_cast<int>(2 * expected.size()));
+  EXPECT_TRUE(*back->GetNthVariable(static_cast<int>(expected.size())) == expected[0]);
   EXPECT_EQ(back->GetNthVariable(3)->GetString(), "a # b  c");
 }
 
@@ -142,10 +145,10 @@ TEST_F(DataFileTest, HeaderOnlyAndLenientLines) {
   ASSERT_EQ(file->GetNumVariables(), 2);
   EXPECT_EQ(file->GetNthVariable(0)->GetInt(), 5);
   EXPECT_EQ(file->GetNthVariable(1)->GetString(), "x");
-  // Reading replaces the list; an unterminated last line is a truncated one and is dropped.
+  // Reading appends; an unterminated last line is a truncated one and is dropped.
   EXPECT_EQ(ReadText("FileVersion###1\nInt###a###1###\nInt###b###2###"), 0);
-  ASSERT_EQ(file->GetNumVariables(), 1);
-  EXPECT_EQ(file->GetNthVariable(0)->GetName(), "a");
+  ASSERT_EQ(file->GetNumVariables(), 3);
+  EXPECT_EQ(file->GetNthVariable(2)->GetName(), "a");
 }
 
 TEST_F(DataFileTest, VersionLineFailures) {
@@ -155,6 +158,8 @@ TEST_F(DataFileTest, VersionLineFailures) {
   code = ReadText("FileVersion\n");
   EXPECT_EQ(code, kBadParse);
   EXPECT_EQ(Message(code), "No moreTokensToParse");
+  EXPECT_EQ(ReadText("FileVersion### 3\t\n"), 0);  // blanks around the number are no part of it
+  EXPECT_EQ(file->GetFileVersion(), 3.0f);
   code = ReadText("FileVersion###one\n");
   EXPECT_EQ(code, kBadParse);
   EXPECT_EQ(Message(code), "Cannot read file version from 'one'");
