@@ -196,6 +196,30 @@ TEST_F(WindowsRegistryTest, StoreOnDiskKeepsTypedValuesAndFailsWhereItCannotWrit
                                               "Value LastErrorMessage\n")))
       << log.Text();
 }
+
+TEST_F(WindowsRegistryTest, DwordWriteFailuresNameTheirStep) {
+  // A value that is a folder on disk cannot be replaced by a file.
+  const std::string key = "Software\\Veltra Display\\Numbers";
+  ASSERT_TRUE(platform::RegistryCreateKey(Root::LocalMachine, key));
+  std::filesystem::create_directory(Store.File("LocalMachine/software/veltra display/numbers/count.value"));
+  {
+    test::LogCapture log;
+    EXPECT_EQ(WindowsRegistry::SetRegistry(key, 1, "Count", false), VEK_UNABLE_TO_WRITE_REGISTRY_VALUE);
+    EXPECT_TRUE(std::regex_match(log.Text(),
+                                 std::regex("ERROR:vekWindowsRegistry, [0-9]+: Unable to Set Registry KeyValue\n")))
+        << log.Text();
+  }
+
+  test::WriteFile(Store.File("plain"), "x");
+  platform::SetEnvironmentValue("VEK_REGISTRY_DIR", Store.File("plain"));
+  test::LogCapture missingRoot;
+  EXPECT_EQ(WindowsRegistry::SetRegistry(key, 1, "Count", true), VEK_UNABLE_TO_WRITE_REGISTRY_VALUE);
+  EXPECT_TRUE(std::regex_match(missingRoot.Text(),
+                               std::regex("ERROR:vekWindowsRegistry, [0-9]+: Registry Key does not exists\n"
+                                          "ERROR:vekWindowsRegistry, [0-9]+: Unable to Create Non existing "
+                                          "Registry KeyValue\n")))
+      << missingRoot.Text();
+}
 #endif
 
 }  // namespace

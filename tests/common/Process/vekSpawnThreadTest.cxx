@@ -80,6 +80,40 @@ TEST(SpawnThread, TimeOutsCountWholePollsAndLeaveTheThreadRunning) {
   threads->Release();
 }
 
+TEST(SpawnThread, ZeroWaitIsOnePollThatSeesOnlyThreadsAlreadyFinished) {
+  std::atomic<bool> gate{false};
+  SpawnThread* threads = SpawnThread::New();
+  ASSERT_EQ(threads->StartThread(WaitForGate, &gate), VEK_SUCCESS);
+  auto start = Clock::now();
+  EXPECT_EQ(threads->WaitUntilCompletion(0), VEK_WAITED_TOO_LONG_FOR_THREAD);
+  long long waited = MillisecondsSince(start);
+  EXPECT_GE(waited, 100);
+  EXPECT_LT(waited, 200);
+  // 199 ms is still one whole poll.
+  start = Clock::now();
+  EXPECT_EQ(threads->WaitUntilCompletion(199), VEK_WAITED_TOO_LONG_FOR_THREAD);
+  EXPECT_LT(MillisecondsSince(start), 200);
+
+  gate = true;
+  while (threads->GetThreadResults(0) != 0) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  start = Clock::now();
+  EXPECT_EQ(threads->WaitUntilCompletion(0), VEK_SUCCESS);
+  EXPECT_GE(MillisecondsSince(start), 100);
+  threads->Release();
+}
+
+// 13 is the mark of a running thread, so a function that returns it never looks finished.
+TEST(SpawnThread, AFunctionReturningTheRunningMarkIsNeverSeenAsFinished) {
+  int thirteen = VEK_THREAD_NOT_FINISHED, zero = 0;
+  SpawnThread* threads = SpawnThread::New();
+  ASSERT_EQ(threads->StartThread(ReturnPointee, &zero), VEK_SUCCESS);
+  ASSERT_EQ(threads->StartThread(ReturnPointee, &thirteen), VEK_SUCCESS);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  EXPECT_EQ(threads->WaitUntilCompletion(300), VEK_WAITED_TOO_LONG_FOR_THREAD);
+  EXPECT_EQ(threads->DidAllThreadsSucceed(), 13);
+  threads->Release();
+}
+
 std::atomic<bool> g_lateGate{false};
 std::atomic<bool> g_lateDone{false};
 
