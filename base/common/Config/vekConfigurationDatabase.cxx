@@ -65,8 +65,9 @@ bool FileExists(const std::string& file) {
 // Describing an option is optional: a missing info file reads like one without the key's line.
 int WithoutDescription(int result) { return result == VEK_FILE_NOT_FOUND ? VEK_SUCCESS : result; }
 
-// Reads the value text of the last line for the key and checks it against the described type.
-// `missing` is set when the key has no line.
+// Reads the value text of the last line for the key and checks a non-empty text against the
+// described type; an empty text is judged by the requested type alone. `missing` is set when the
+// key has no line.
 template <class T>
 int ReadOptionText(ConfigurationDatabase& store, const std::string& optionsFile, const std::string& key, const T& typed,
                    std::string& valueText, bool& missing) {
@@ -79,7 +80,8 @@ int ReadOptionText(ConfigurationDatabase& store, const std::string& optionsFile,
   if (result != VEK_SUCCESS) return result;
   result = store.GetOptionType(key, type);
   if (result != VEK_SUCCESS) return result;
-  if (type != kUnknownType && type != OptionValue::TypeName(typed)) return VEK_INVALID_PARAMETERS;
+  if (!valueText.empty() && type != kUnknownType && type != OptionValue::TypeName(typed))
+    return VEK_INVALID_PARAMETERS;
   return VEK_SUCCESS;
 }
 

@@ -32,6 +32,13 @@ std::size_t TokenStart(const std::string& line, int n) {
   return at;
 }
 
+// The rewrite is part of the option store: its messages name the store as their source.
+constexpr char kReportSource[] = "vekConfigurationDatabase";
+
+void ReportRewriteError(int line, const std::string& text) {
+  OutputWindowError((LocationPrefix("ERROR:", kReportSource, line) + text + "\n").c_str());
+}
+
 std::string WithoutTrailingCarriageReturn(std::string line) {
   if (!line.empty() && line.back() == '\r') line.pop_back();
   return line;
@@ -129,7 +136,7 @@ int OptionFile::AddOrModifyOneLine(const std::string& file, const std::string& k
   platform::FileLock otherProcesses(file + ".lock");
   std::vector<std::string> lines;
   if (GetFileLines(file, lines) != VEK_SUCCESS)
-    VEK_REPORT_AT(OutputWindowError, "ERROR:", 788, file << " could not be opened for reading!");
+    ReportRewriteError(788, file + " could not be opened for reading!");
   std::string content;
   bool matched = false;
   for (const std::string& line : lines) {
@@ -142,7 +149,7 @@ int OptionFile::AddOrModifyOneLine(const std::string& file, const std::string& k
   }
   if (!matched) content += newLine;
   if (WriteReplacement(file, content) != VEK_SUCCESS) {
-    VEK_REPORT_AT(OutputWindowError, "ERROR:", 793, "Failure writing to " << file << "!");
+    ReportRewriteError(793, "Failure writing to " + file + "!");
     std::remove((file + ".tmp").c_str());
     return VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING;
   }

@@ -77,6 +77,21 @@ TEST_F(OptionStoreTest, StringValuesKeepInnerAndTrailingBlanks) {
   EXPECT_EQ(Store->GetOption("Bare", text), VEK_FILE_NOT_FORMATTED_PROPERLY);
 }
 
+TEST_F(OptionStoreTest, AnEmptyValueIsJudgedByTheRequestedTypeNotTheDescription) {
+  WriteOptions("Label =\nCount =\nNames =\n");
+  WriteInfo("Label\tInt\t2\nCount\tString\t2\nNames\tIntArray\t2\n");
+  std::string text = "old";
+  EXPECT_EQ(Store->GetOption("Label", text), VEK_SUCCESS);
+  EXPECT_EQ(text, "");
+  int count = 0;
+  EXPECT_EQ(Store->GetOption("Count", count), VEK_FILE_NOT_FORMATTED_PROPERLY);
+  std::vector<std::string> names{"old"};
+  EXPECT_EQ(Store->GetOption("Names", names), VEK_SUCCESS);
+  EXPECT_TRUE(names.empty());
+  std::vector<int> numbers;
+  EXPECT_EQ(Store->GetOption("Names", numbers), VEK_FILE_NOT_FORMATTED_PROPERLY);
+}
+
 TEST_F(OptionStoreTest, TypesAreCheckedAndConverted) {
   WriteOptions("Flag = TRUE\nBad = 2\nRatio = 0.5\nWord = abc\n");
   WriteInfo("Ratio\tFloat\t2\n");
@@ -244,8 +259,19 @@ TEST(OptionFile, RewritingAMissingFileSaysSoAndStartsEmpty) {
   ASSERT_EQ(OptionFile::AddOrModifyOneLine(directory.File("new.txt"), "K", "K = 1\n"), VEK_SUCCESS);
   EXPECT_EQ(test::ReadFile(directory.File("new.txt")), "K = 1\n");
   EXPECT_EQ(log.Text(),
-            "ERROR:vekOptionFile, 788: " + directory.File("new.txt") + " could not be opened for reading!\n");
+            "ERROR:vekConfigurationDatabase, 788: " + directory.File("new.txt") + " could not be opened for reading!\n");
   EXPECT_EQ(OptionFile::AddOrModifyOneLine("", "K", "K = 1\n"), VEK_FILE_NOT_FOUND);
+}
+
+TEST(OptionFile, AFailedTemporaryWriteSaysSoAndKeepsTheFile) {
+  test::TempDirectory directory;
+  const std::string file = directory.File("options.txt");
+  test::WriteFile(file, "K = 1\n");
+  std::filesystem::create_directory(file + ".tmp");  // the temporary file cannot be written
+  test::LogCapture log;
+  EXPECT_EQ(OptionFile::AddOrModifyOneLine(file, "K", "K = 2\n"), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING);
+  EXPECT_EQ(log.Text(), "ERROR:vekConfigurationDatabase, 793: Failure writing to " + file + "!\n");
+  EXPECT_EQ(test::ReadFile(file), "K = 1\n");
 }
 
 }  // namespace
