@@ -54,6 +54,10 @@ TEST(Vector3, BoundingBox) {
   Vector3::GetBoundingBox(points, 3, min, max);
   EXPECT_TRUE(min == Vector3(-1.0, 4.0, -3.0));
   EXPECT_TRUE(max == Vector3(1.0, 6.0, 2.0));
+  // One point: the box is that point, whatever lies behind it in memory.
+  Vector3::GetBoundingBox(points + 1, 1, min, max);
+  EXPECT_TRUE(min == Vector3(-1.0, 6.0, 2.0));
+  EXPECT_TRUE(max == Vector3(-1.0, 6.0, 2.0));
 }
 
 TEST(Vector3, StreamsWithoutLineEnd) {
