@@ -29,7 +29,8 @@ int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, cons
                                   int nx, int ny, float margin) {
   BucketStart.clear();
   BucketIds.clear();
-  Candidates.clear();
+  BucketBoxes.clear();
+  TriangleCorners.clear();
   Nx = Ny = 0;
   if (nx < 1 || ny < 1 || static_cast<long long>(nx) * ny > INT_MAX) return VEK_INVALID_PARAMETERS;
   GetPointArrayBoundingBox(points, numPoints, Min, Max);
@@ -41,13 +42,6 @@ int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, cons
   if (numTriangles < 0) numTriangles = 0;
   HashTable<int> table(static_cast<unsigned int>(nx * ny - 1));
   if (!table.IsValid()) return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  try {
-    Candidates.reserve(static_cast<size_t>(numTriangles));
-    platform::AdviseLargePages(Candidates.data(), Candidates.capacity() * sizeof(Candidate));
-    Candidates.resize(static_cast<size_t>(numTriangles));
-  } catch (const std::bad_alloc&) {
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
   Nx = nx;
   Ny = ny;
   int status = VEK_SUCCESS;
@@ -57,11 +51,12 @@ int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, cons
     if (result != VEK_SUCCESS) status = result;
   }
   try {
-    Flatten(table);
+    Flatten(table, triangles, numTriangles);
   } catch (const std::bad_alloc&) {
     BucketStart.clear();
     BucketIds.clear();
-    Candidates.clear();
+    BucketBoxes.clear();
+    TriangleCorners.clear();
     Nx = Ny = 0;
     return VEK_FAILED_TO_ALLOCATE_MEMORY;
   }
@@ -69,11 +64,8 @@ int TriangleLocator2D::Initialize(const vec2<float>* points, int numPoints, cons
 }
 
 int TriangleLocator2D::AddTriangle(HashTable<int>& table, const Triangle& triangle, int id) {
-  Candidate& candidate = Candidates[id];
-  for (int k = 0; k < 3; ++k) candidate.Corners[k] = *triangle.GetCorner(k);
-  triangle.GetBoundingBox(candidate.BoxMin, candidate.BoxMax);
-  const vec2<float>& boxMin = candidate.BoxMin;
-  const vec2<float>& boxMax = candidate.BoxMax;
+  vec2<float> boxMin, boxMax;
+  triangle.GetBoundingBox(boxMin, boxMax);
   int i0 = CellIndex(boxMin.x, Min.x, CellSize.x, Nx);
   int j0 = CellIndex(boxMin.y, Min.y, CellSize.y, Ny);
   if (i0 >= Nx || j0 >= Ny) return VEK_SUCCESS;
@@ -97,7 +89,7 @@ int TriangleLocator2D::AddTriangle(HashTable<int>& table, const Triangle& triang
   return status;
 }
 
-void TriangleLocator2D::Flatten(const HashTable<int>& table) {
+void TriangleLocator2D::Flatten(const HashTable<int>& table, const Triangle* triangles, int numTriangles) {
   const unsigned int cells = table.GetMaxKey() + 1;
   BucketStart.assign(static_cast<size_t>(cells) + 1, 0);
   size_t total = 0;
@@ -110,9 +102,17 @@ void TriangleLocator2D::Flatten(const HashTable<int>& table) {
   BucketIds.reserve(total);
   platform::AdviseLargePages(BucketIds.data(), total * sizeof(int));
   BucketIds.resize(total);
+  BucketBoxes.resize(total);
+  TriangleCorners.resize(numTriangles);
   for (unsigned int key = 0; key < cells; ++key) {
     const int* bucket = table.GetBucket(key);
     std::copy(bucket, bucket + table.GetCount(key), BucketIds.begin() + BucketStart[key]);
+  }
+  for (size_t k = 0; k < total; ++k) {
+    const Triangle& triangle = triangles[BucketIds[k]];
+    Corners& corners = TriangleCorners[BucketIds[k]];
+    for (int c = 0; c < 3; ++c) corners.Point[c] = *triangle.GetCorner(c);
+    triangle.GetBoundingBox(BucketBoxes[k].Min, BucketBoxes[k].Max);
   }
 }
 
@@ -138,13 +138,15 @@ bool TriangleLocator2D::FindFirstTriangleContainingPoint(const vec2<float>& p, f
   const int* ids = nullptr;
   unsigned int count = 0;
   if (!FindCandidateTrianglesContainingPoint(p, ids, count)) return false;
+  const Box* boxes = BucketBoxes.data() + (ids - BucketIds.data());
   for (unsigned int k = 0; k < count; ++k) {
-    int t = ids[k];
-    const Candidate& c = Candidates[t];
-    if (p.x > c.BoxMin.x - tolerance && p.x < c.BoxMax.x + tolerance && p.y > c.BoxMin.y - tolerance &&
-        p.y < c.BoxMax.y + tolerance &&
-        Triangle::TestInsidedness(c.Corners[0], c.Corners[1], c.Corners[2], p, tolerance, bary)) {
-      id = t;
+    const Box& b = boxes[k];
+    if (!(p.x > b.Min.x - tolerance && p.x < b.Max.x + tolerance && p.y > b.Min.y - tolerance &&
+          p.y < b.Max.y + tolerance))
+      continue;
+    const vec2<float>* c = TriangleCorners[ids[k]].Point;
+    if (Triangle::TestInsidedness(c[0], c[1], c[2], p, tolerance, bary)) {
+      id = ids[k];
       return true;
     }
   }
