@@ -258,8 +258,8 @@ TEST(OptionFile, RewritingAMissingFileSaysSoAndStartsEmpty) {
   test::LogCapture log;
   ASSERT_EQ(OptionFile::AddOrModifyOneLine(directory.File("new.txt"), "K", "K = 1\n"), VEK_SUCCESS);
   EXPECT_EQ(test::ReadFile(directory.File("new.txt")), "K = 1\n");
-  EXPECT_EQ(log.Text(),
-            "ERROR:vekConfigurationDatabase, 788: " + directory.File("new.txt") + " could not be opened for reading!\n");
+  EXPECT_EQ(log.Text(), "ERROR:vekConfigurationDatabase, 788: " + directory.File("new.txt") +
+                            " could not be opened for reading!\n");
   EXPECT_EQ(OptionFile::AddOrModifyOneLine("", "K", "K = 1\n"), VEK_FILE_NOT_FOUND);
 }
 

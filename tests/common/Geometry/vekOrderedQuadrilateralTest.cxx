@@ -2,6 +2,7 @@
 
 #include "vekErrorCodes.h"
 #include "vekOrderedQuadrilateral.h"
+#include "vekPointArrayBoundingBox.h"
 #include "vekTestSupport.h"
 
 namespace vek {
@@ -9,38 +10,34 @@ namespace {
 
 using P = vec2<float>;
 
-TEST(OrderedQuadrilateral, InitialisationUniquenessAndBoundingBox) {
+TEST(OrderedQuadrilateral, CornersSetUniqueAndBoxed) {
   OrderedQuadrilateral q(P(0, 0), P(2, 0), P(0, 1), P(2, 1));
   EXPECT_EQ(q.IsInitialized(), 1);
   EXPECT_EQ(q.ArePointsUnique(), 1);
   q.SetPoint(3) = P(0, 1);
   EXPECT_EQ(q.ArePointsUnique(), 0);
-  q.SetPoint(1) = P();  // unset corners are left out of the box
-  q.SetPoint(2) = P(-1, 3);
+  q.SetPoint(0) = P();
   EXPECT_EQ(q.IsInitialized(), 0);
+  // Unset corners stay out of the box, but only the pair (-5, -5) means unset: (-5, 3) is real.
+  q.SetPoint(2) = P(-5, 3);
   P min, max;
-  q.GetBoundingBox(min, max);
-  EXPECT_EQ(min, P(-1, 0));
-  EXPECT_EQ(max, P(0, 3));
+  EXPECT_EQ(GetPointArrayBoundingBox(q.GetPoints(), 4, min, max), 3);
+  EXPECT_TRUE(min == P(-5, 0) && max == P(2, 3));
+  EXPECT_EQ(GetPointArrayBoundingBox(q.GetPoints(), 1, min, max), 0);
+  EXPECT_TRUE(min.IsUnset() && max.IsUnset());
 }
 
-TEST(OrderedQuadrilateral, UnitSquarePrecomputedValues) {
-  OrderedQuadrilateral q(P(0, 0), P(1, 0), P(0, 1), P(1, 1));
+TEST(OrderedQuadrilateral, InsideTestUsesBoxesThenEdgeHalfPlanes) {
+  OrderedQuadrilateral square(P(0, 0), P(1, 0), P(0, 1), P(1, 1));
   Rectangle outer, inner;
   P normals[4];
-  q.GetValuesForTestingInsidedness(outer, inner, normals);
-  EXPECT_TRUE(outer == Rectangle(0, 0, 1, 1));
-  EXPECT_TRUE(inner == Rectangle(0, 0, 1, 1));
+  square.GetValuesForTestingInsidedness(outer, inner, normals);
   EXPECT_TRUE(normals[0] == P(0, 1) && normals[1] == P(-1, 0) && normals[2] == P(1, 0) && normals[3] == P(0, -1));
-  EXPECT_EQ(q.IsInside(outer, inner, normals, P(1.05f, 0.5f), 0.1f), 1);
-  EXPECT_EQ(q.IsInside(outer, inner, normals, P(1.05f, 0.5f), 0.01f), 0);
-}
+  EXPECT_EQ(square.IsInside(outer, inner, normals, P(1.05f, 0.5f), 0.1f), 1);
+  EXPECT_EQ(square.IsInside(outer, inner, normals, P(1.05f, 0.5f), 0.01f), 0);
 
-TEST(OrderedQuadrilateral, TrapezoidUsesTheEdgeHalfPlanes) {
   // Slanted left side from (0, 0) to (1, 2): x = y / 2. Inner box [1, 3] x [0, 2].
   OrderedQuadrilateral q(P(0, 0), P(4, 0), P(1, 2), P(3, 2));
-  Rectangle outer, inner;
-  P normals[4];
   q.GetValuesForTestingInsidedness(outer, inner, normals);
   EXPECT_TRUE(inner == Rectangle(1, 0, 3, 2));
   EXPECT_TRUE(outer == Rectangle(0, 0, 4, 2));

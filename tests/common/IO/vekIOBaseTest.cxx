@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstring>
 #include <sstream>
 #include <string>
 
 #include "vekErrorHelper.h"
 #include "vekIOBase.h"
+#include "vekRectilinearGrid.h"
+#include "vekSmartPointer.h"
 #include "vekTestSupport.h"
 
 namespace vek {
@@ -12,20 +16,40 @@ namespace {
 
 std::string Message(int code) { return ErrorHelper::GetErrorMessageWithNoExtras(code); }
 
-TEST(IOBase, OpeningFailuresNameTheFile) {
+using GridPtr = SmartPointer<RectilinearGrid>;
+
+GridPtr MakeGrid(float ox, float oy, float sx, float sy, int nx, int ny) {
+  auto grid = GridPtr::New();
+  grid->SetOffsetx(ox);
+  grid->SetOffsety(oy);
+  grid->SetSpacex(sx);
+  grid->SetSpacey(sy);
+  grid->SetNumx(nx);
+  grid->SetNumy(ny);
+  return grid;
+}
+
+/// All six fields equal, the floats bit for bit (so NaN and -0 count).
+bool SameBits(const RectilinearGrid& a, const RectilinearGrid& b) {
+  const float fa[4] = {a.GetOffsetx(), a.GetOffsety(), a.GetSpacex(), a.GetSpacey()};
+  const float fb[4] = {b.GetOffsetx(), b.GetOffsety(), b.GetSpacex(), b.GetSpacey()};
+  return std::memcmp(fa, fb, sizeof fa) == 0 && a.GetNumx() == b.GetNumx() && a.GetNumy() == b.GetNumy();
+}
+
+TEST(IOBase, OpeningNamesTheFileOnFailureAndWritesBinary) {
   test::TempDirectory dir;
   std::ifstream placeholder;
   std::ifstream* in = &placeholder;  // must come back null
-  const std::string missing = dir.File("missing.txt");
+  const std::string missing = dir.File("missing.txt"), folder = dir.Path().string();
   int code = IOBase::OpenFileForReading(in, missing);
   EXPECT_EQ(code, VEK_FILE_NOT_FOUND | 0x8000);
   EXPECT_EQ(in, nullptr);
   EXPECT_EQ(Message(code), "File Not Found: " + missing);
-
-  code = IOBase::OpenFileForReading(in, dir.Path().string());  // exists, but is no file
+  in = &placeholder;
+  code = IOBase::OpenFileForReading(in, folder);  // exists, but is no file
   EXPECT_EQ(code, VEK_UNABLE_TO_OPEN_FILE_FOR_READING | 0x8000);
   EXPECT_EQ(in, nullptr);
-  EXPECT_EQ(Message(code), "Unable to open file for reading: " + dir.Path().string());
+  EXPECT_EQ(Message(code), "Unable to open file for reading: " + folder);
 
   std::ofstream* out = nullptr;
   const std::string nowhere = dir.File("no-such-dir/out.txt");
@@ -33,24 +57,12 @@ TEST(IOBase, OpeningFailuresNameTheFile) {
   EXPECT_EQ(code, VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000);
   EXPECT_EQ(out, nullptr);
   EXPECT_EQ(Message(code), "Unable to open file for writing: " + nowhere);
-}
 
-TEST(IOBase, WritingTruncatesAndKeepsBytesExact) {
-  test::TempDirectory dir;
-  const std::string name = dir.File("out.txt");
-  test::WriteFile(name, "old content that is longer\n");
-  std::ofstream* out = nullptr;
-  ASSERT_EQ(IOBase::OpenFileForWriting(out, name), 0);
+  test::WriteFile(missing, "old content that is longer\n");
+  ASSERT_EQ(IOBase::OpenFileForWriting(out, missing), 0);
   *out << "a\nb\n";
   delete out;
-  EXPECT_EQ(test::ReadFile(name), "a\nb\n");
-
-  std::ifstream* in = nullptr;
-  ASSERT_EQ(IOBase::OpenFileForReading(in, name), 0);
-  char buffer[IOBase::kLineBufferSize];
-  EXPECT_EQ(IOBase::ReadLine(in, buffer), 0);
-  EXPECT_STREQ(buffer, "a");
-  delete in;
+  EXPECT_EQ(test::ReadFile(missing), "a\nb\n");  // truncated, and no carriage returns added
 }
 
 TEST(IOBase, ReadLineLimitAndEndOfStream) {
@@ -83,13 +95,11 @@ TEST(IOBase, RelevantLineReadersDifferOnBlankLines) {
   EXPECT_EQ(IOBase::ReadLineIgnoreIrrelevantLines(&onlyComments2, line), VEK_FILE_NOT_FORMATTED_PROPERLY);
   EXPECT_EQ(line, "");
 
-  std::istringstream mixed("#a\n\n  \n\t\n  # not a comment\n");
+  std::istringstream mixed("#a\n\n  \n\t\n  # not a comment\n"), crlf("#a\r\n\r\nvalue\r\n");
   EXPECT_EQ(IOBase::ReadLineIgnoreIrrelevantLines(&mixed, buffer), 0);
   EXPECT_STREQ(buffer, "\t");  // a tab is content
   EXPECT_EQ(IOBase::ReadLineIgnoreIrrelevantLines(&mixed, buffer), 0);
   EXPECT_STREQ(buffer, "  # not a comment");
-
-  std::istringstream crlf("#a\r\n\r\nvalue\r\n");
   EXPECT_EQ(IOBase::ReadLineIgnoreIrrelevantLines(&crlf, line), 0);
   EXPECT_EQ(line, "value");
 
@@ -100,21 +110,60 @@ TEST(IOBase, RelevantLineReadersDifferOnBlankLines) {
 
 TEST(IOBase, ReadLineWithSingleValue) {
   std::string value = "unchanged";
-  std::istringstream good("# header\nKey=3\n");
+  std::istringstream good("# header\nKey=3\n"), runs("Key = 3 = 4\n");
   EXPECT_EQ(IOBase::ReadLineWithSingleValue(good, "Key", "=", value), 0);
   EXPECT_EQ(value, "3");
-
-  std::istringstream runs("Key = 3 = 4\n");
+  value = "unchanged";
   EXPECT_EQ(IOBase::ReadLineWithSingleValue(runs, "Key", " =", value), 0);
   EXPECT_EQ(value, "3");
+  for (const char* text : {"Key\n", "Other=3\n", "Keys=3\n", ""}) {
+    std::istringstream in(text);
+    EXPECT_EQ(IOBase::ReadLineWithSingleValue(in, "Key", "=", value), VEK_FILE_NOT_FORMATTED_PROPERLY) << text;
+  }
+  EXPECT_EQ(value, "3");
+}
 
-  value = "unchanged";
-  std::istringstream alone("Key\n"), other("Other=3\n"), prefix("Keys=3\n"), empty("");
-  EXPECT_EQ(IOBase::ReadLineWithSingleValue(alone, "Key", "=", value), VEK_FILE_NOT_FORMATTED_PROPERLY);
-  EXPECT_EQ(IOBase::ReadLineWithSingleValue(other, "Key", "=", value), VEK_FILE_NOT_FORMATTED_PROPERLY);
-  EXPECT_EQ(IOBase::ReadLineWithSingleValue(prefix, "Key", "=", value), VEK_FILE_NOT_FORMATTED_PROPERLY);
-  EXPECT_EQ(IOBase::ReadLineWithSingleValue(empty, "Key", "=", value), VEK_FILE_NOT_FORMATTED_PROPERLY);
-  EXPECT_EQ(value, "unchanged");
+TEST(IOBaseGridRecord, TextAndRawFormsExactAndReadBack) {
+  const auto grid = MakeGrid(10, -2.5f, 0.5f, 4, 3, 2);
+  std::ostringstream text, raw;
+  EXPECT_EQ(IOBase::WriteRectilinearGrid(&text, "Grid", *grid, 0), 0);
+  EXPECT_EQ(text.str(), "Grid\n10 -2.5 0.5 4 3 2 \n");
+  EXPECT_EQ(IOBase::WriteRectilinearGrid(&raw, "G", *grid, 1), 0);
+  const unsigned char expected[] = {'G',  '\n', 0, 0,    0x20, 0x41, 0, 0, 0x20, 0xC0, 0, 0, 0,
+                                    0x3F, 0,    0, 0x80, 0x40, 3,    0, 0, 0,    2,    0, 0, 0};
+  EXPECT_EQ(raw.str(), std::string(reinterpret_cast<const char*>(expected), sizeof(expected)));  // little-endian
+
+  std::istringstream in("# comment\n\n   \nthe Grid label\n10 -2.5 0.5 4 3 2 \n");
+  auto back = GridPtr::New();
+  EXPECT_EQ(IOBase::ReadRectilinearGrid(&in, "Grid", 0, *back), 0);
+  EXPECT_TRUE(SameBits(*back, *grid));
+  // Raw is bit for bit, including values that print inexactly and line-end bytes inside the record.
+  auto written = MakeGrid(0.1f, -0.0f, 1.0f / 3.0f, NAN, 10, -1);
+  std::stringstream io;
+  IOBase::WriteRectilinearGrid(&io, "G", *written, 1);
+  EXPECT_EQ(IOBase::ReadRectilinearGrid(&io, "G", 1, *back), 0);
+  EXPECT_TRUE(SameBits(*back, *written));
+}
+
+TEST(IOBaseGridRecord, DamagedRecordsLeaveTheGridUntouched) {
+  const auto unset = GridPtr::New();
+  auto grid = GridPtr::New();
+  const struct {
+    std::string text;
+    int raw, code;
+  } cases[] = {
+      {"Other\n1 2 3 4 5 6 \n", 0, VEK_FILE_NOT_FORMATTED_PROPERLY},  // wrong label
+      {"# only a comment\n", 0, VEK_FILE_NOT_FORMATTED_PROPERLY},
+      {"Grid\n1 2 3 4 x 6 \n", 0, VEK_UNABLE_TO_READ_NUM_FROM_FILE},
+      {"Grid\n1 2 3 4 5", 0, VEK_UNABLE_TO_READ_NUM_FROM_FILE},
+      {"Grid\n" + std::string(23, '\x7f'), 1, VEK_UNABLE_TO_READ_NUM_FROM_FILE},  // one byte short
+  };
+  for (const auto& c : cases) {
+    std::istringstream in(c.text);
+    EXPECT_EQ(IOBase::ReadRectilinearGrid(&in, "Grid", c.raw, *grid), c.code) << c.text;
+  }
+  EXPECT_TRUE(SameBits(*grid, *unset));
+  EXPECT_EQ(IOBase::WriteRectilinearGrid(nullptr, "Grid", *grid, 0), VEK_UNABLE_TO_WRITE_TO_STREAM);
 }
 
 }  // namespace

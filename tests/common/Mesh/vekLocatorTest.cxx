@@ -25,7 +25,6 @@ TEST(HashTable, BucketsKeepOrderAndStopAtSixteenBits) {
   HashTable<int> table(3);
   EXPECT_EQ(table.GetBucket(2), nullptr);
   for (int v = 0; v < 65535; ++v) ASSERT_EQ(table.Insert(1, v), VEK_SUCCESS);
-  EXPECT_EQ(table.GetCount(1), 65535u);
   EXPECT_EQ(log.Text().find("USHRT_MAX"), std::string::npos);
   EXPECT_EQ(table.Insert(1, 99), VEK_TOO_MANY_ELEMENTS);
   EXPECT_EQ(table.GetCount(1), 65535u);
@@ -38,11 +37,10 @@ TEST(HashTable, BucketsKeepOrderAndStopAtSixteenBits) {
 TEST(VarArray, AppendsInOrderAndSqueezes) {
   VarArray<int> a(2);
   for (int v = 0; v < 100; ++v) ASSERT_TRUE(a.Append(v * 3));
-  EXPECT_EQ(a.GetCount(), 100u);
-  for (unsigned int k = 0; k < 100; ++k) EXPECT_EQ(a[k], static_cast<int>(3 * k));
   a.Squeeze();
+  EXPECT_EQ(a.GetCount(), 100u);
   EXPECT_EQ(a.GetCapacity(), 100u);
-  EXPECT_EQ(a[99], 297);
+  for (unsigned int k = 0; k < 100; ++k) EXPECT_EQ(a[k], static_cast<int>(3 * k));
   ASSERT_TRUE(a.Resize(102));
   EXPECT_EQ(a[101], 0);
 }
@@ -58,12 +56,10 @@ TEST(PointLocator2D, RowByRowOrderInclusiveBordersAndDegenerateBoxes) {
   const P points[] = {P(0, 0), P(10, 10), P(5, 5), P(1, 9), P()};
   auto locator = SmartPointer<PointLocator2D>::New();
   ASSERT_EQ(locator->Initialize(points, 5, 2, 2), VEK_SUCCESS);
-  EXPECT_EQ(locator->GetMin(), P(0, 0));
-  EXPECT_EQ(locator->GetMax(), P(10, 10));
+  EXPECT_TRUE(locator->GetMin() == P(0, 0) && locator->GetMax() == P(10, 10));
   EXPECT_EQ(Found(*locator, P(0, 0), P(10, 10)),
             (std::vector<const P*>{&points[0], &points[2], &points[3], &points[1]}));
   EXPECT_EQ(Found(*locator, P(5, 5), P(10, 10)), (std::vector<const P*>{&points[2], &points[1]}));
-  EXPECT_EQ(Found(*locator, P(-100, -100), P(-1, 100)), (std::vector<const P*>{}));
   const float nan = std::numeric_limits<float>::quiet_NaN();
   EXPECT_EQ(Found(*locator, P(nan, 0), P(10, 10)), (std::vector<const P*>{}));
 
@@ -104,16 +100,14 @@ SmartPointer<TriangleLocator2D> Locate(const TriangleMesh& mesh, int nx, int ny,
   return locator;
 }
 
-TEST(TriangleLocator2D, BorderCellsSharedEdgesAndOutOfRange) {
+TEST(TriangleLocator2D, BorderCellsSharedEdgesOutOfRangeAndDegenerateInputs) {
   auto mesh = test::GridMesh(11, 11, 10);  // (0, 0) to (100, 100)
   auto locator = Locate(*mesh, 10, 10, 0);
   const int* ids;
   unsigned int count;
   ASSERT_TRUE(locator->FindCandidateTrianglesContainingPoint(P(100, 100), ids, count));
-  // Cell (9, 9) holds the two triangles of grid cell (9, 9) (ids 198, 199) and, through shared
-  // box borders, neighbours from the row and column below it.
-  std::set<int> candidates(ids, ids + count);
-  EXPECT_TRUE(candidates.count(198) && candidates.count(199));
+  // Cell (9, 9) holds grid cell (9, 9)'s triangles 198 and 199, and by shared box borders some below it.
+  EXPECT_TRUE(std::count(ids, ids + count, 198) && std::count(ids, ids + count, 199));
   EXPECT_TRUE(std::is_sorted(ids, ids + count));
   int id;
   float w[3];
@@ -132,18 +126,13 @@ TEST(TriangleLocator2D, BorderCellsSharedEdgesAndOutOfRange) {
   const float nan = std::numeric_limits<float>::quiet_NaN();
   EXPECT_FALSE(locator->FindFirstTriangleContainingPoint(P(50, nan), 0, id, w));
   EXPECT_EQ(id, -1);
-}
 
-TEST(TriangleLocator2D, DegenerateInputsFindNothing) {
-  test::LogCapture log;
-  auto locator = SmartPointer<TriangleLocator2D>::New();
-  int id;
-  float w[3];
   ASSERT_EQ(locator->Initialize(nullptr, 0, nullptr, 0, 4, 4, 0.1f), VEK_SUCCESS);
   EXPECT_FALSE(locator->FindFirstTriangleContainingPoint(P(0, 0), 0, id, w));
   P same[3] = {P(2, 2), P(2, 2), P(2, 2)};
   Triangle t(&same[0], &same[1], &same[2]);
   ASSERT_EQ(locator->Initialize(same, 3, &t, 1, 4, 4, 0), VEK_SUCCESS);
+  id = 5;
   EXPECT_FALSE(locator->FindFirstTriangleContainingPoint(P(2, 2), 0, id, w));
   EXPECT_EQ(id, -1);
   EXPECT_EQ(locator->Initialize(same, 3, &t, 1, 4, -1, 0), VEK_INVALID_PARAMETERS);

@@ -4,6 +4,9 @@
 
 #include <array>
 #include <initializer_list>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "vekErrorCodes.h"
 #include "vekRectilinearConnectivityTriangleMesh.h"
@@ -42,6 +45,20 @@ inline SmartPointer<TriangleMesh> MakeMesh(std::initializer_list<vec2<float>> po
   int t = 0;
   for (const auto& v : tris) mesh->AddTriangle(t++, v[0], v[1], v[2]);
   return mesh;
+}
+
+template <class T>
+std::string Printed(const T& object, int indent = 0) {
+  std::ostringstream os;
+  object.PrintSelf(os, Indent(indent));
+  return os.str();
+}
+
+// The corner indices of every triangle, in id order.
+inline std::vector<std::array<int, 3>> TrianglesOf(const TriangleMesh& mesh) {
+  std::vector<std::array<int, 3>> out(mesh.GetNumTriangles());
+  for (int t = 0; t < mesh.GetNumTriangles(); ++t) mesh.GetTriangleVerticesInArray(t, out[t].data());
+  return out;
 }
 
 }  // namespace vek::test

@@ -38,15 +38,10 @@ SmartPointer<Probe> MakeMesh(const std::vector<Vertex>& vertices, const std::vec
   return mesh;
 }
 
-std::string Serialized(const TextureMesh& mesh) {
+// The writer's bytes; with a width, those of the strip [offset, offset + width) only.
+std::string Written(const TextureMesh& mesh, float offset = 0, float width = 0) {
   std::ostringstream os;
-  mesh.Serialize(os);
-  return os.str();
-}
-
-std::string Clipped(const TextureMesh& mesh, float offset, float width) {
-  std::ostringstream os;
-  mesh.Serialize(os, offset, width);
+  width > 0 ? mesh.Serialize(os, offset, width) : mesh.Serialize(os);
   return os.str();
 }
 
@@ -54,22 +49,27 @@ const char* const kHeader = "MAPPING NORMALIZED\nSAMPLING LINEAR\n";
 
 TEST(TextureMeshFile, EmptyMeshAndSettingsLines) {
   auto mesh = Probe::Make();
-  EXPECT_EQ(Serialized(*mesh), std::string("VERTICES 0\nFACES 0\n") + kHeader);
+  EXPECT_EQ(Written(*mesh), std::string("VERTICES 0\nFACES 0\n") + kHeader);
   mesh->SetMapping(TextureMesh::Mapping(7));
   mesh->SetTextureType(TextureMesh::TextureType(2));
   mesh->SetAnisotropy(2.5f);
-  EXPECT_EQ(Serialized(*mesh), "VERTICES 0\nFACES 0\nMAPPING PIXELS\nSAMPLING ANISOTROPIC 2.5\n");
+  EXPECT_EQ(Written(*mesh), "VERTICES 0\nFACES 0\nMAPPING PIXELS\nSAMPLING ANISOTROPIC 2.5\n");
 }
 
 TEST(TextureMeshFile, VertexLinesEndWithBlankAndShiftY) {
   auto mesh = MakeMesh({{0, 0, 0, 0, 1}, {100, 100, 1, 1, 0.5f}, {100, 0, 1, 0, 1}}, {{0, 1, 2}});
   const std::string body = "0 -46.996 1 0 0 \n100 53.004 0.5 1 1 \n100 -46.996 1 1 0 \n[ 0 1 2 ]\n";
-  EXPECT_EQ(Serialized(*mesh), std::string("VERTICES 3\nFACES 1\n") + kHeader + body);
-  EXPECT_EQ(Serialized(*mesh), std::string("VERTICES 3\nFACES 1\n") + kHeader + body);  // the mesh is unchanged
+  EXPECT_EQ(Written(*mesh), std::string("VERTICES 3\nFACES 1\n") + kHeader + body);
+  EXPECT_EQ(Written(*mesh), std::string("VERTICES 3\nFACES 1\n") + kHeader + body);  // the mesh is unchanged
 
   // y = 46.996 as a float widens to 46.99599838256836, so the written value is not quite 0.
   auto near = MakeMesh({{1, 46.996f, 0.1f, 0.2f, 0.25f}}, {});
-  EXPECT_EQ(Serialized(*near), std::string("VERTICES 1\nFACES 0\n") + kHeader + "1 -1.61743e-06 0.25 0.1 0.2 \n");
+  EXPECT_EQ(Written(*near), std::string("VERTICES 1\nFACES 0\n") + kHeader + "1 -1.61743e-06 0.25 0.1 0.2 \n");
+  std::ostringstream os;
+  near->PrintSelf(os, Indent(0));
+  EXPECT_EQ(os.str(),
+            "Reference Count: 1\n NumTriangles: 0\n NumPoints: 1\nXY Points:  Not Null\nUV Points:  Not Null\n"
+            "Alphas:  Not Null\nTriangles:  NULL\n");
 }
 
 TEST(TextureMeshFile, CallerFormattingIsHonoured) {
@@ -121,7 +121,7 @@ TEST(TextureMeshFile, FastPathMatchesStreamFormatting) {
     expected << v.x << " " << (static_cast<double>(v.y) - 46.996) << " " << v.alpha << " " << v.u << " " << v.v
              << " \n";
   for (const auto& t : tris) expected << "[ " << t[0] << " " << t[1] << " " << t[2] << " ]\n";
-  EXPECT_EQ(Serialized(*mesh), expected.str());
+  EXPECT_EQ(Written(*mesh), expected.str());
 }
 
 TEST(TextureMeshFile, PointValidity) {
@@ -138,36 +138,20 @@ TEST(TextureMeshFile, PointValidity) {
   EXPECT_FALSE(mesh->TestPointValid(P(-5.5f, nan), 0, 100));
 }
 
-TEST(TextureMeshFile, ClippedWriterShiftsXAndForcesSettings) {
-  auto mesh = MakeMesh({{10, 0, 0, 0, 1}, {110, 100, 1, 1, 0.5f}, {110, 0, 1, 0, 1}}, {{0, 1, 2}});
+// Vertex 0 is dropped, so 3 are kept; the copy loop stops at index 3 (before vertex 3), which
+// leaves new slot 2 unfilled. Two triangles are kept; the loop visits triangles 0 and 1 only,
+// both write slot 0 (the last wins) and slot 1 stays unfilled.
+TEST(TextureMeshFile, ClippedWriterShiftsXForcesSettingsAndKeepsLoopBounds) {
+  auto mesh = MakeMesh({{-5.5f, 0, 9, 9, 9}, {20, 0, 0.1f, 0.2f, 1}, {30, 50, 0.3f, 0.4f, 0.25f}, {40, 0, 1, 1, 1}},
+                       {{1, 2, 3}, {3, 2, 1}, {0, 1, 2}});
   mesh->SetMapping(TextureMesh::PIXELS);
   mesh->SetTextureType(TextureMesh::ANISOTROPIC);
   mesh->SetAnisotropy(8);
-  EXPECT_EQ(Clipped(*mesh, 10, 200), std::string("VERTICES 3\nFACES 1\n") + kHeader +
-                                         "0 -46.996 1 0 0 \n100 53.004 0.5 1 1 \n100 -46.996 1 1 0 \n[ 0 1 2 ]\n");
-}
-
-TEST(TextureMeshFile, ClippedWriterLoopBoundsAndSlotZero) {
-  // Vertex 0 is dropped, so 3 are kept; the copy loop stops at index 3 (before vertex 3), which
-  // leaves new slot 2 unfilled. Two triangles are kept; the loop visits triangles 0 and 1 only,
-  // both write slot 0 (the last wins) and slot 1 stays unfilled.
-  auto mesh = MakeMesh({{-5.5f, 0, 9, 9, 9}, {10, 0, 0.1f, 0.2f, 1}, {20, 50, 0.3f, 0.4f, 0.25f}, {30, 0, 1, 1, 1}},
-                       {{1, 2, 3}, {3, 2, 1}, {0, 1, 2}});
-  EXPECT_EQ(Clipped(*mesh, 0, 100), std::string("VERTICES 3\nFACES 2\n") + kHeader +
-                                        "10 -46.996 1 0.1 0.2 \n20 3.004 0.25 0.3 0.4 \n-5 -51.996 0 -5 -5 \n"
-                                        "[ 2 1 0 ]\n[ 0 0 0 ]\n");
-  // A strip that keeps nothing.
-  auto marked = MakeMesh({{-5.5f, 0, 0, 0, 1}}, {{0, 0, 0}});
-  EXPECT_EQ(Clipped(*marked, 0, 100), std::string("VERTICES 0\nFACES 0\n") + kHeader);
-}
-
-TEST(TextureMesh, PrintSelf) {
-  auto mesh = MakeMesh({{0, 0, 0, 0, 1}}, {});
-  std::ostringstream os;
-  mesh->PrintSelf(os, Indent(0));
-  EXPECT_EQ(os.str(),
-            "Reference Count: 1\n NumTriangles: 0\n NumPoints: 1\nXY Points:  Not Null\nUV Points:  Not Null\n"
-            "Alphas:  Not Null\nTriangles:  NULL\n");
+  EXPECT_EQ(Written(*mesh, 10, 100), std::string("VERTICES 3\nFACES 2\n") + kHeader +
+                                         "10 -46.996 1 0.1 0.2 \n20 3.004 0.25 0.3 0.4 \n-5 -51.996 0 -5 -5 \n"
+                                         "[ 2 1 0 ]\n[ 0 0 0 ]\n");
+  auto marked = MakeMesh({{-5.5f, 0, 0, 0, 1}}, {{0, 0, 0}});  // a strip that keeps nothing
+  EXPECT_EQ(Written(*marked, 0, 100), std::string("VERTICES 0\nFACES 0\n") + kHeader);
 }
 
 }  // namespace
