@@ -16,11 +16,11 @@ namespace vek {
 /// extent times 1.0001 / N: a point exactly on the upper border falls into cell N - 1.
 ///
 /// Queries are the hot path, so once built every bucket holds, beside each id, a copy of that
-/// triangle's box: a query scans one contiguous run of memory for its cell and reads corners
-/// (one record per triangle, copied from the mesh) only for the few whose box holds the point.
-/// With points in no particular order and a mesh far larger than the caches this halves the
-/// memory reads per query; the boxes cost 16 bytes per bucket entry. The locator reflects the
-/// mesh as it was at Initialize; moving points afterwards needs a new Initialize.
+/// triangle's box: a query scans its cell's boxes in one contiguous run and reads corners (one
+/// record per triangle, copied from the mesh) only where a box holds the point. With points in no
+/// particular order and a mesh far larger than the caches, a query then waits on memory about
+/// twice rather than once per candidate; the boxes cost 16 bytes per bucket entry. The locator
+/// reflects the mesh as it was at Initialize; moving points afterwards needs a new Initialize.
 ///
 /// A point outside the cells (or NaN) is reported with the warning "Out of Range! ..." and has
 /// no candidates. Choices made here: Initialize returns VEK_INVALID_PARAMETERS (locator left
