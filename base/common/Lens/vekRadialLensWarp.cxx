@@ -7,6 +7,7 @@
 #include "vekLensWarpArray.h"
 #include "vekLensWarpStream.h"
 #include "vekOutputNumbers.h"
+#include "vekSaturatedInt.h"
 
 namespace vek {
 
@@ -69,10 +70,10 @@ bool RadialLensWarp::IsInitialized() const {
 }
 
 void RadialLensWarp::UpdateFromParameters() {
-  Width = static_cast<int>(Parameters[0]);
-  Height = static_cast<int>(Parameters[1]);
-  const double w1 = Width - 1;
-  const double h1 = Height - 1;
+  Width = SaturatedInt(Parameters[0]);
+  Height = SaturatedInt(Parameters[1]);
+  const double w1 = Width - 1.0;
+  const double h1 = Height - 1.0;
   CenterX = static_cast<float>((Parameters[2] + 1) * w1 * 0.5);
   CenterY = static_cast<float>((Parameters[3] + 1) * h1 * 0.5);
   SetScaledk1(Parameters[4]);
@@ -80,19 +81,19 @@ void RadialLensWarp::UpdateFromParameters() {
 }
 
 void RadialLensWarp::SetScaledk1(double const& value) {
-  const double w1 = Width - 1;
+  const double w1 = Width - 1.0;
   k1 = static_cast<float>(value * 4 / (w1 * w1));
 }
 
 void RadialLensWarp::SetScaledk2(double const& value) {
-  const double half = (Width - 1) * 0.5;
+  const double half = (Width - 1.0) * 0.5;
   const double square = half * half;
   k2 = static_cast<float>(value / (square * square));
 }
 
 void RadialLensWarp::GetParameters(double* parameters) const {
-  const double w1 = Width - 1;
-  const double h1 = Height - 1;
+  const double w1 = Width - 1.0;
+  const double h1 = Height - 1.0;
   const double half = w1 * 0.5;
   const double square = half * half;
   parameters[0] = Width;

@@ -1,18 +1,13 @@
 #include "vekRectilinearGrid.h"
 
-#include <climits>
 #include <cmath>
 #include <new>
+
+#include "vekSaturatedInt.h"
 
 namespace vek {
 
 namespace {
-
-int SaturatedInt(double v) {
-  if (!(v >= static_cast<double>(INT_MIN))) return INT_MIN;  // also NaN
-  if (v >= static_cast<double>(INT_MAX)) return INT_MAX;
-  return static_cast<int>(v);
-}
 
 int Nearest(float value, float offset, float space) {
   float q = (value - offset) / space;

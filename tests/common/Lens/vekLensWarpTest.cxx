@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <climits>
 #include <cstring>
 #include <sstream>
 #include <vector>
@@ -283,6 +284,14 @@ TEST(LensWarpIO, DamagedBodies) {
       EXPECT_FALSE(warp) << c.text;
     }
   }
+  // Sizes beyond int are held to its range rather than cast, so a damaged body reads into a
+  // useless but well-defined model.
+  std::istringstream huge("7 1.1 6.5e90 -1e300 0.5 0 0.1 0.01");
+  SmartPointer<LensWarp> read;
+  ASSERT_EQ(LensWarpIO::ReadFromStream(&huge, read), VEK_SUCCESS);
+  auto* radial = static_cast<RadialLensWarp*>(read.GetPointer());
+  EXPECT_EQ(radial->GetWidth(), INT_MAX);
+  EXPECT_EQ(radial->GetHeight(), INT_MIN);
   // A version within 0.001 is accepted.
   std::istringstream close("1 1.0009");
   SmartPointer<LensWarp> warp;
