@@ -7,6 +7,7 @@
 
 #include "vekErrorHelper.h"
 #include "vekOutputMessages.h"
+#include "vekSaturatedInt.h"
 #include "vekTextConversion.h"
 
 namespace vek {
@@ -128,7 +129,7 @@ int WindowsRegistry::GetRemoteDesktopWarpingStatus(KORRemoteWarpType& mode) {
   int result = GetRegistryString("RemoteDesktopWARPING", text, kRegistryPlaybackKey, kStatusBufferSize);
   if (result != VEK_SUCCESS) return result;
   // Compared unsigned, so that a negative number is out of range as well.
-  auto number = static_cast<unsigned int>(std::atoi(text.c_str()));
+  auto number = static_cast<unsigned int>(SaturatedAtoi(text.c_str()));
   if (number > static_cast<unsigned int>(KORRemoteWarpMode4))
     return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_GET_REGISTRY_VALUE,
                                                "RemoteDesktopWarp registry value out of expected range");

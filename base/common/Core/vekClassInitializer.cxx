@@ -9,6 +9,7 @@
 #include "vekOutputFile.h"
 #include "vekOutputMessages.h"
 #include "vekRecursiveLock.h"
+#include "vekSaturatedInt.h"
 
 namespace vek {
 
@@ -40,8 +41,8 @@ bool EqualsIgnoringCase(const std::string& a, const char* b) {
 
 void Convert(const std::string& text, double& value) { value = std::atof(text.c_str()); }
 void Convert(const std::string& text, float& value) { value = static_cast<float>(std::atof(text.c_str())); }
-void Convert(const std::string& text, int& value) { value = std::atoi(text.c_str()); }
-void Convert(const std::string& text, bool& value) { value = std::atoi(text.c_str()) != 0; }
+void Convert(const std::string& text, int& value) { value = SaturatedAtoi(text.c_str()); }
+void Convert(const std::string& text, bool& value) { value = SaturatedAtoi(text.c_str()) != 0; }
 void Convert(const std::string& text, std::string& value) { value = text; }
 
 template <class T>

@@ -105,7 +105,7 @@ TEST_F(WindowsRegistryTest, SwitchesAreOnExactlyWhenTheTextStartsWithOne) {
 
 TEST_F(WindowsRegistryTest, RemoteDesktopModeOutsideZeroToFourIsRejected) {
   KORRemoteWarpType mode = KORRemoteWarpMode2;
-  for (const char* text : {"5", "-1", "2147483647"}) {
+  for (const char* text : {"5", "-1", "2147483647", "4294967296"}) {  // the last is 0 when wrapped
     PutPlayback("RemoteDesktopWARPING", text);
     int code = WindowsRegistry::GetRemoteDesktopWarpingStatus(mode);
     EXPECT_EQ(code, VEK_UNABLE_TO_GET_REGISTRY_VALUE | VEK_CUSTOM_MESSAGE_FLAG) << text;

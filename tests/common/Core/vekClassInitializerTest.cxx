@@ -76,7 +76,7 @@ TEST_F(ClassInitializerTest, MissingNamesTakeTheClampedDefault) {
 }
 
 TEST_F(ClassInitializerTest, OnlyThreeWordLinesWithEqualsCount) {
-  test::WriteFile(Config() + "Initialization", "a = b c\n# n = 1\nm 1\nn =: 7\nk\t=\t3\r\nv = 1.5\nb = 2\n");
+  test::WriteFile(Config() + "Initialization", "a = b c\n# n = 1\nm 1\nn =: 7\nk\t=\t3\r\nv = 1.5\nb = 2\nbig = 4294967296\n");
   Settle();
   std::string text;
   EXPECT_EQ(ClassInitializer::Get("a", text, "none"), 0);
@@ -94,7 +94,10 @@ TEST_F(ClassInitializerTest, OnlyThreeWordLinesWithEqualsCount) {
   bool b = false;
   ClassInitializer::Get("b", b, false, false, false);
   EXPECT_TRUE(b);
-  EXPECT_EQ(ClassInitializer::GetNumberOfLines(), 4);
+  int big = 0;
+  ClassInitializer::Get("big", big, 0, -5, 5);
+  EXPECT_EQ(big, 5);  // held to the int range first, so it is not wrapped to 0
+  EXPECT_EQ(ClassInitializer::GetNumberOfLines(), 5);
 }
 
 TEST_F(ClassInitializerTest, ReInitializeReplacesAndConcatenatedInitializeOverrides) {
