@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <sstream>
 
 namespace vek {
@@ -24,7 +27,17 @@ std::string Lower(std::string text) {
 
 }  // namespace
 
-bool OptionValue::FromText(const std::string& text, int& value) { return std::sscanf(text.c_str(), "%d", &value) == 1; }
+// As "%d" reads (blanks, a sign, digits; what follows is ignored), except that a number beyond
+// int does not convert: "%d" leaves it undefined, and a wrapped "4294967296" would read as 0.
+bool OptionValue::FromText(const std::string& text, int& value) {
+  const char* begin = text.c_str();
+  char* end = nullptr;
+  errno = 0;
+  const long long number = std::strtoll(begin, &end, 10);
+  if (end == begin || errno == ERANGE || number < INT_MIN || number > INT_MAX) return false;
+  value = static_cast<int>(number);
+  return true;
+}
 
 bool OptionValue::FromText(const std::string& text, float& value) {
   return std::sscanf(text.c_str(), "%f", &value) == 1;
@@ -41,7 +54,7 @@ bool OptionValue::FromText(const std::string& text, bool& value) {
     return true;
   }
   int number = 0;
-  if (std::sscanf(text.c_str(), "%d", &number) != 1 || (number != 0 && number != 1)) return false;
+  if (!FromText(text, number) || (number != 0 && number != 1)) return false;
   value = number == 1;
   return true;
 }

@@ -93,7 +93,7 @@ TEST_F(OptionStoreTest, AnEmptyValueIsJudgedByTheRequestedTypeNotTheDescription)
 }
 
 TEST_F(OptionStoreTest, TypesAreCheckedAndConverted) {
-  WriteOptions("Flag = TRUE\nBad = 2\nRatio = 0.5\nWord = abc\n");
+  WriteOptions("Flag = TRUE\nBad = 2\nRatio = 0.5\nWord = abc\nHuge = 4294967296\n");
   WriteInfo("Ratio\tFloat\t2\n");
   bool flag = false;
   EXPECT_EQ(Store->GetOption("Flag", flag), VEK_SUCCESS);
@@ -102,6 +102,8 @@ TEST_F(OptionStoreTest, TypesAreCheckedAndConverted) {
   int asInt = 0;
   EXPECT_EQ(Store->GetOption("Ratio", asInt), VEK_INVALID_PARAMETERS);  // described as Float
   EXPECT_EQ(Store->GetOption("Word", asInt), VEK_INVALID_PARAMETERS);   // does not convert
+  EXPECT_EQ(Store->GetOption("Huge", asInt), VEK_INVALID_PARAMETERS);   // beyond int, not wrapped to 0
+  EXPECT_EQ(Store->GetOption("Huge", flag), VEK_INVALID_PARAMETERS);
   float ratio = 0;
   EXPECT_EQ(Store->GetOption("Ratio", ratio), VEK_SUCCESS);
   EXPECT_EQ(ratio, 0.5f);
