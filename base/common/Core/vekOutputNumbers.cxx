@@ -1,5 +1,6 @@
 #include "vekOutputNumbers.h"
 
+#include <climits>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -32,24 +33,35 @@ long RemainingBytes(std::FILE* file) {
   return end - here;
 }
 
+// One value as "%i", "%f" or "%lg" reads it. An integer beyond int fails: "%i" leaves it
+// undefined, and a wrapped count or value would read a damaged file as a good one.
+bool ScanValue(std::FILE* file, int& value) {
+  long long number = 0;
+  if (std::fscanf(file, "%lli", &number) != 1 || number < INT_MIN || number > INT_MAX) return false;
+  value = static_cast<int>(number);
+  return true;
+}
+bool ScanValue(std::FILE* file, float& value) { return std::fscanf(file, "%f", &value) == 1; }
+bool ScanValue(std::FILE* file, double& value) { return std::fscanf(file, "%lg", &value) == 1; }
+
 // Reads "count, then count values" and checks that nothing follows. Each value takes at least two
 // bytes (a digit and a separator), which bounds the allocation by the file's size.
 template <class T>
-int ReadNumbers(const char* fileName, const char* format, T*& values, int& count) {
+int ReadNumbers(const char* fileName, T*& values, int& count) {
   values = nullptr;
   count = 0;
   File file(std::fopen(fileName, "rb"));
   if (!file) return VEK_FILE_NOT_FOUND;
   int announced = 0;
-  if (std::fscanf(file.get(), "%i", &announced) != 1 || announced < 0) return VEK_FAILURE;
+  if (!ScanValue(file.get(), announced) || announced < 0) return VEK_FAILURE;
   long remaining = RemainingBytes(file.get());
   if (remaining < 0 || announced > remaining / 2 + 1) return VEK_FAILURE;
   std::unique_ptr<T[]> read(new (std::nothrow) T[announced]);
   if (!read && announced > 0) return VEK_FAILED_TO_ALLOCATE_MEMORY;
   for (int i = 0; i < announced; ++i)
-    if (std::fscanf(file.get(), format, &read[i]) != 1) return VEK_FAILURE;
+    if (!ScanValue(file.get(), read[i])) return VEK_FAILURE;
   T extra{};
-  if (std::fscanf(file.get(), format, &extra) == 1) return VEK_FAILURE;
+  if (ScanValue(file.get(), extra)) return VEK_FAILURE;
   values = read.release();
   count = announced;
   return VEK_SUCCESS;
@@ -91,15 +103,15 @@ int OutputNumbers::OutputVector2File(const char* fileName, const vec2<float>* po
 }
 
 int OutputNumbers::InputIntFile(const char* fileName, int*& values, int& count) {
-  return ReadNumbers(fileName, "%i", values, count);
+  return ReadNumbers(fileName, values, count);
 }
 
 int OutputNumbers::InputFloatFile(const char* fileName, float*& values, int& count) {
-  return ReadNumbers(fileName, "%f", values, count);
+  return ReadNumbers(fileName, values, count);
 }
 
 int OutputNumbers::InputDoubleFile(const char* fileName, double*& values, int& count) {
-  return ReadNumbers(fileName, "%lg", values, count);
+  return ReadNumbers(fileName, values, count);
 }
 
 int OutputNumbers::InputBoolFile(const char* fileName, bool*& values, int& count) {
