@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <type_traits>
 
 #include "vekErrorCodes.h"
 
@@ -33,16 +34,26 @@ long RemainingBytes(std::FILE* file) {
   return end - here;
 }
 
-// One value as "%i", "%f" or "%lg" reads it. An integer beyond int fails: "%i" leaves it
-// undefined, and a wrapped count or value would read a damaged file as a good one.
-bool ScanValue(std::FILE* file, int& value) {
-  long long number = 0;
-  if (std::fscanf(file, "%lli", &number) != 1 || number < INT_MIN || number > INT_MAX) return false;
-  value = static_cast<int>(number);
+// One value as "%i", "%f" or "%lg" reads it; true when one matched. Integers are read as long
+// long: "%i" leaves a number beyond int undefined, and a wrapped count or value would pass a
+// damaged file as a good one.
+bool Scan(std::FILE* file, long long& value) { return std::fscanf(file, "%lli", &value) == 1; }
+bool Scan(std::FILE* file, float& value) { return std::fscanf(file, "%f", &value) == 1; }
+bool Scan(std::FILE* file, double& value) { return std::fscanf(file, "%lg", &value) == 1; }
+
+template <class T>
+using Scanned = std::conditional_t<std::is_same_v<T, int>, long long, T>;
+
+// A value of the file's type; an integer beyond int does not count as read.
+template <class T>
+bool ScanValue(std::FILE* file, T& value) {
+  Scanned<T> scanned{};
+  if (!Scan(file, scanned)) return false;
+  if constexpr (std::is_same_v<T, int>)
+    if (scanned < INT_MIN || scanned > INT_MAX) return false;
+  value = static_cast<T>(scanned);
   return true;
 }
-bool ScanValue(std::FILE* file, float& value) { return std::fscanf(file, "%f", &value) == 1; }
-bool ScanValue(std::FILE* file, double& value) { return std::fscanf(file, "%lg", &value) == 1; }
 
 // Reads "count, then count values" and checks that nothing follows. Each value takes at least two
 // bytes (a digit and a separator), which bounds the allocation by the file's size.
@@ -60,8 +71,8 @@ int ReadNumbers(const char* fileName, T*& values, int& count) {
   if (!read && announced > 0) return VEK_FAILED_TO_ALLOCATE_MEMORY;
   for (int i = 0; i < announced; ++i)
     if (!ScanValue(file.get(), read[i])) return VEK_FAILURE;
-  T extra{};
-  if (ScanValue(file.get(), extra)) return VEK_FAILURE;
+  Scanned<T> extra{};
+  if (Scan(file.get(), extra)) return VEK_FAILURE;
   values = read.release();
   count = announced;
   return VEK_SUCCESS;

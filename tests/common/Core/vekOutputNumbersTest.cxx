@@ -63,7 +63,8 @@ TEST_F(NumberFileTest, RejectsCountsThatDoNotMatch) {
   int* values = reinterpret_cast<int*>(1);
   int count = 99;
   for (const char* text : {"3\n1\n2\n3\n4\n", "3\n1\n2\n", "", "x\n1\n", "-1\n", "2\n1\nz\n", "2147483647\n1\n2\n",
-                           "4294967298\n1\n2\n", "2\n1\n4294967296\n"}) {  // 2 and 0 if wrapped
+                           "4294967298\n1\n2\n", "2\n1\n4294967296\n",  // 2 and 0 if wrapped
+                           "1\n5\n4294967296\n"}) {
     test::WriteFile(File(), text);
     EXPECT_EQ(OutputNumbers::InputIntFile(File().c_str(), values, count), VEK_FAILURE) << text;
     EXPECT_EQ(values, nullptr);
