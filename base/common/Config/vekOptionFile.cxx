@@ -123,12 +123,16 @@ int OptionFile::ParseOptionInfoLine(const std::string& line, std::string& name, 
   return VEK_SUCCESS;
 }
 
-int OptionFile::WriteReplacement(const std::string& file, const std::string& content) {
-  return platform::WriteFileDurably(file + ".tmp", content) ? VEK_SUCCESS : VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING;
-}
-
-int OptionFile::CommitReplacement(const std::string& file) {
-  return platform::ReplaceFileAtomically(file + ".tmp", file) ? VEK_SUCCESS : VEK_UNABLE_TO_COPY_FILE;
+int OptionFile::ReplaceContent(const std::string& file, const std::string& content) {
+  switch (platform::ReplaceFileContents(file, content)) {
+    case platform::FileReplacement::Done:
+      return VEK_SUCCESS;
+    case platform::FileReplacement::NotWritten:
+      return VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING;
+    case platform::FileReplacement::NotReplaced:
+      break;
+  }
+  return VEK_UNABLE_TO_COPY_FILE;
 }
 
 int OptionFile::AddOrModifyOneLine(const std::string& file, const std::string& key, const std::string& newLine) {
@@ -148,12 +152,9 @@ int OptionFile::AddOrModifyOneLine(const std::string& file, const std::string& k
     }
   }
   if (!matched) content += newLine;
-  if (WriteReplacement(file, content) != VEK_SUCCESS) {
-    ReportRewriteError(793, "Failure writing to " + file + "!");
-    std::remove((file + ".tmp").c_str());
-    return VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING;
-  }
-  return CommitReplacement(file);
+  const int status = ReplaceContent(file, content);
+  if (status == VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING) ReportRewriteError(793, "Failure writing to " + file + "!");
+  return status;
 }
 
 int OptionFile::MergeOptionInfoFiles(const std::string& first, const std::string& second, const std::string& result) {
@@ -182,8 +183,7 @@ int OptionFile::MergeOptionInfoFiles(const std::string& first, const std::string
   for (const std::string& name : secondOrder)
     if (!written.count(name)) content += fromSecond[name] + "\n";
   platform::FileLock otherProcesses(result + ".lock");
-  int status = WriteReplacement(result, content);
-  return status == VEK_SUCCESS ? CommitReplacement(result) : status;
+  return ReplaceContent(result, content);
 }
 
 }  // namespace vek

@@ -50,10 +50,10 @@ class VEK_EXPORT OptionFile {
   /// when it cannot replace the file.
   static int AddOrModifyOneLine(const std::string& file, const std::string& key, const std::string& newLine);
 
-  /// Writes the replacement content of `file` durably to file + ".tmp" (the first half of a
-  /// rewrite); CommitReplacement puts it in place.
-  static int WriteReplacement(const std::string& file, const std::string& content);
-  static int CommitReplacement(const std::string& file);
+  /// Puts `content` in place of `file` through file + ".tmp" (platform::ReplaceFileContents):
+  /// VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING when it cannot be written, VEK_UNABLE_TO_COPY_FILE when
+  /// it cannot replace the file; the file is untouched in both cases.
+  static int ReplaceContent(const std::string& file, const std::string& content);
 
   /// Merges two info files into `result`: every line of `first`, with a name's line replaced by
   /// the last line for that name in `second`, then the names only `second` has, in its order.

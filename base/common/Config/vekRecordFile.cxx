@@ -1,29 +1,15 @@
 #include "vekRecordFile.h"
 
-#include <cstdio>
-
-#include "vekCustomLanguageString.h"
 #include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
 #include "vekObjectStream.h"
-#include "vekOptionFile.h"
 #include "vekPlatform.h"
 
 namespace vek {
 
 int RecordFile::Replace(const std::string& file, const std::string& content) {
   platform::FileLock otherProcesses(file + ".lock");
-  if (OptionFile::WriteReplacement(file, content) != VEK_SUCCESS) {
-    std::remove((file + ".tmp").c_str());
-    return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING,
-                                               CustomLanguageString("VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING_CUSTOM")
-                                                   << file);
-  }
-  if (OptionFile::CommitReplacement(file) != VEK_SUCCESS) {
-    std::remove((file + ".tmp").c_str());
-    return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_COPY_FILE, "Unable to replace " + file);
-  }
-  return VEK_SUCCESS;
+  return IOBase::ReplaceFile(file, content);
 }
 
 int RecordFile::ReadFrame(std::istream& in, const std::string& type, const std::string& version) {

@@ -1,12 +1,15 @@
 #include "vekOutputNumbers.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <string>
 #include <type_traits>
 
 #include "vekErrorCodes.h"
+#include "vekPlatform.h"
 
 namespace vek {
 
@@ -17,13 +20,34 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
+// printf's argument for a value: a float goes as the double it is.
+int Printable(int value) { return value; }
+double Printable(double value) { return value; }
+double Printable(float value) { return value; }
+
+template <class T>
+void AppendFormatted(std::string& text, const char* format, T value) {
+  char buffer[64];  // ample for one number of these formats
+  const int length = std::snprintf(buffer, sizeof buffer, format, value);
+  if (length > 0) text.append(buffer, static_cast<std::size_t>(std::min<int>(length, sizeof buffer - 1)));
+}
+
+// The count, then one value per line. The file is replaced in one step, so a failure leaves an
+// earlier file whole rather than cut short.
 template <class T>
 int WriteNumbers(const char* fileName, const T* values, int count, const char* format) {
-  File file(std::fopen(fileName, "wb"));
-  if (!file) return VEK_FILE_NOT_FOUND;
-  std::fprintf(file.get(), "%i\n", count);
-  for (int i = 0; i < count; ++i) std::fprintf(file.get(), format, values[i]);
-  return std::ferror(file.get()) ? VEK_FAILURE : VEK_SUCCESS;
+  std::string text;
+  AppendFormatted(text, "%i\n", count);
+  for (int i = 0; i < count; ++i) AppendFormatted(text, format, Printable(values[i]));
+  switch (platform::ReplaceFileContents(fileName ? fileName : "", text)) {
+    case platform::FileReplacement::Done:
+      return VEK_SUCCESS;
+    case platform::FileReplacement::NotWritten:
+      return VEK_FILE_NOT_FOUND;
+    case platform::FileReplacement::NotReplaced:
+      break;
+  }
+  return VEK_FAILURE;
 }
 
 long RemainingBytes(std::FILE* file) {
@@ -85,11 +109,7 @@ int OutputNumbers::OutputIntFile(const char* fileName, const int* values, int co
 }
 
 int OutputNumbers::OutputFloatFile(const char* fileName, const float* values, int count) {
-  File file(std::fopen(fileName, "wb"));
-  if (!file) return VEK_FILE_NOT_FOUND;
-  std::fprintf(file.get(), "%i\n", count);
-  for (int i = 0; i < count; ++i) std::fprintf(file.get(), "%.8g\n", static_cast<double>(values[i]));
-  return std::ferror(file.get()) ? VEK_FAILURE : VEK_SUCCESS;
+  return WriteNumbers(fileName, values, count, "%.8g\n");
 }
 
 int OutputNumbers::OutputDoubleFile(const char* fileName, const double* values, int count) {

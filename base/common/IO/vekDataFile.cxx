@@ -171,18 +171,15 @@ int DataFile::ReadFileVersion(const std::string& line) {
 
 int DataFile::Write() {
   DataFileEntry::m_ArraySeperator = ArraySeparator;
-  std::ofstream* out = nullptr;
-  int status = OpenFileForWriting(out, GetFileName());
-  if (status != VEK_SUCCESS) return status;
-  *out << Header << "\n";
-  WriteFileVersion(*out);
+  std::ostringstream out;
+  out << Header << "\n";
+  WriteFileVersion(out);
+  int status = VEK_SUCCESS;
   for (const DataFileEntry* entry : Entries) {
-    status = WriteDataFileEntry(*out, *entry);
+    status = WriteDataFileEntry(out, *entry);
     if (status != VEK_SUCCESS) break;
   }
-  out->flush();
-  if (status == VEK_SUCCESS && !out->good()) status = VEK_UNABLE_TO_WRITE_TO_STREAM;
-  delete out;
+  if (status == VEK_SUCCESS) status = ReplaceFile(GetFileName(), out.str());
   Edited = false;
   return status;
 }

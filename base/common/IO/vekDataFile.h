@@ -23,6 +23,10 @@ namespace vek {
 /// appends the file's entries to those held (PruneDuplicates removes repeated names); a line that fails is logged as
 /// "Cannot parse: <line>" and ends the read with the entries before it kept. The end of the file ends the read, so an
 /// unterminated last line is dropped. Derived data files restrict or extend their variables through the virtual hooks.
+///
+/// Write builds the whole text and puts it in place of the file in one step (IOBase::ReplaceFile).
+/// An entry that cannot be written ("Unknown Data Type") therefore fails the write with the file
+/// left as it was, rather than cut short at that entry.
 class VEK_EXPORT DataFile : public IOBase {
  public:
   static DataFile* New();

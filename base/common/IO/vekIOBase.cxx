@@ -8,6 +8,7 @@
 #include "vekCustomLanguageString.h"
 #include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
+#include "vekPlatform.h"
 #include "vekRectilinearGrid.h"
 
 namespace vek {
@@ -70,6 +71,20 @@ int IOBase::OpenFileForWriting(std::ofstream*& out, const std::string& name) {
   out = nullptr;
   return ErrorHelper::ErrorWithCustomMessage(
       VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING, CustomLanguageString("VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING_CUSTOM") << name);
+}
+
+int IOBase::ReplaceFile(const std::string& name, const std::string& content) {
+  switch (platform::ReplaceFileContents(name, content)) {
+    case platform::FileReplacement::Done:
+      return VEK_SUCCESS;
+    case platform::FileReplacement::NotWritten:
+      return ErrorHelper::ErrorWithCustomMessage(
+          VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING,
+          CustomLanguageString("VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING_CUSTOM") << name);
+    case platform::FileReplacement::NotReplaced:
+      break;
+  }
+  return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_COPY_FILE, "Unable to replace " + name);
 }
 
 int IOBase::OpenFileForReading(std::ifstream*& in, const std::string& name) {

@@ -39,6 +39,11 @@ class VEK_EXPORT IOBase : public Object {
 
   /// On success the caller owns the stream and deletes it; on failure `out` is null.
   static int OpenFileForWriting(std::ofstream*& out, const std::string& name);
+  /// Puts `content` in place of the file `name` in one step (platform::ReplaceFileContents), so
+  /// that a failure leaves the old file whole. VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING, with
+  /// OpenFileForWriting's message, when it cannot be written; VEK_UNABLE_TO_COPY_FILE ("Unable to
+  /// replace <name>") when it cannot be put in place.
+  static int ReplaceFile(const std::string& name, const std::string& content);
   /// On success the caller owns the stream and deletes it; on failure `in` is null.
   static int OpenFileForReading(std::ifstream*& in, const std::string& name);
 

@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <memory>
+#include <sstream>
 
 #include "vekBrownLensWarp.h"
 #include "vekEqualAreaFishEyeLensWarp.h"
@@ -71,13 +72,10 @@ int LensWarpIO::ReadFromFile(char const* fileName, SmartPointer<LensWarp>& warp)
 }
 
 int LensWarpIO::WriteToFile(char const* fileName, LensWarp* warp) {
-  std::ofstream* out = nullptr;
-  const int code = IOBase::OpenFileForWriting(out, fileName ? fileName : "");
-  if (code != VEK_SUCCESS) return code;
-  const std::unique_ptr<std::ofstream> owned(out);
-  const int result = WriteToStream(out, warp);
-  out->close();
-  return result;
+  std::ostringstream out;
+  const int result = WriteToStream(&out, warp);
+  if (result != VEK_SUCCESS) return result;
+  return IOBase::ReplaceFile(fileName ? fileName : "", out.str());
 }
 
 }  // namespace vek

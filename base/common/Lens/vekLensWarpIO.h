@@ -25,6 +25,7 @@ class VEK_EXPORT LensWarpIO {
   static int ReadFromFile(char const* fileName, SmartPointer<LensWarp>& warp);
   /// VEK_INVALID_PARAMETERS for an object of no known model (or none).
   static int WriteToStream(std::ostream* out, LensWarp* warp);
+  /// Replaces the file in one step (IOBase::ReplaceFile): a failure leaves an earlier file whole.
   static int WriteToFile(char const* fileName, LensWarp* warp);
 
  private:

@@ -52,6 +52,16 @@ VEK_EXPORT bool WriteFileDurably(const std::string& path, const std::string& byt
 /// write-through): other readers see the old file or the new one, never a missing or partial one.
 VEK_EXPORT bool ReplaceFileAtomically(const std::string& source, const std::string& target);
 
+/// How ReplaceFileContents ended.
+enum class FileReplacement { Done, NotWritten, NotReplaced };
+
+/// Puts `bytes` in place of `path` so that the file is never seen short or missing: writes them
+/// to `<path>.tmp` with WriteFileDurably, then ReplaceFileAtomically. When either step fails the
+/// temporary is removed and `path` is as it was. Writers of one file must not overlap, since they
+/// share the temporary; the option and record files take a FileLock for that. Not OS-specific:
+/// built on the two calls above.
+VEK_EXPORT FileReplacement ReplaceFileContents(const std::string& path, const std::string& bytes);
+
 /// An exclusive lock on a lock file, honoured by every process that takes the same lock (POSIX
 /// flock, Windows LockFileEx). The constructor waits until the lock is granted; the destructor
 /// releases it. IsLocked() is false when the lock file could not be opened.

@@ -9,6 +9,7 @@
 #include "vekConfigurationDatabase.h"
 #include "vekErrorCodes.h"
 #include "vekOptionFile.h"
+#include "vekPlatform.h"
 #include "vekSmartPointer.h"
 #include "vekTestSupport.h"
 
@@ -236,7 +237,7 @@ TEST_F(OptionStoreTest, DeleteAndImportDefaults) {
 TEST_F(OptionStoreTest, ACrashBeforeTheReplaceLeavesTheOldFile) {
   WriteOptions("A = 1\nB = 2\n");
   // The rewrite's first half ran, the process died before the second.
-  ASSERT_EQ(OptionFile::WriteReplacement(Store->GetOptionsFileName(), "A = 9\n"), VEK_SUCCESS);
+  ASSERT_TRUE(platform::WriteFileDurably(Store->GetOptionsFileName() + ".tmp", "A = 9\n"));
   EXPECT_EQ(Options(), "A = 1\nB = 2\n");
   int a = 0;
   EXPECT_EQ(Store->GetOption("A", a), VEK_SUCCESS);

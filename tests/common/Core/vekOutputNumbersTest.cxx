@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 
 #include "vekErrorCodes.h"
@@ -37,6 +38,10 @@ TEST_F(NumberFileTest, WritesExactText) {
   EXPECT_EQ(test::ReadFile(File()), "4\n1.5\n-2\n-5\n-5\n");
 
   EXPECT_EQ(OutputNumbers::OutputIntFile(Directory.File("no/such/dir.txt").c_str(), ints, 3), VEK_FILE_NOT_FOUND);
+  // A write that fails leaves the earlier file whole.
+  std::filesystem::create_directory(File() + ".tmp");
+  EXPECT_EQ(OutputNumbers::OutputIntFile(File().c_str(), ints, 3), VEK_FILE_NOT_FOUND);
+  EXPECT_EQ(test::ReadFile(File()), "4\n1.5\n-2\n-5\n-5\n");
 }
 
 TEST_F(NumberFileTest, ReadsBackWhatWasWritten) {

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cmath>
+#include <filesystem>
 #include <regex>
 #include <string>
 
@@ -170,7 +171,7 @@ TEST_F(DataFileTest, BinaryGarbageNeverCrashes) {
   EXPECT_NE(ReadText(garbage), 0);
 }
 
-TEST_F(DataFileTest, WriteStopsAtUnknownTypeAndOpenFailuresPassThrough) {
+TEST_F(DataFileTest, FailedWritesLeaveTheEarlierFileWhole) {
   const DataFileEntry good = EveryType()[1];
   DataFileEntry bad;
   bad.SetName("bad");
@@ -180,11 +181,24 @@ TEST_F(DataFileTest, WriteStopsAtUnknownTypeAndOpenFailuresPassThrough) {
   file->AddVariable(bad);
   file->AddVariable(good);
   file->SetFileName(Name);
+  test::WriteFile(Name, "earlier\n");
   EXPECT_TRUE(BadParse(file->Write(), "Unknown Data Type"));
-  EXPECT_EQ(test::ReadFile(Name), "#DataFile\n\nFileVersion###1\nInt###i###-7###\n");
-  file->SetFileName(Dir.File("no-dir/x.txt"));
-  EXPECT_EQ(file->Write(), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000);
-  EXPECT_EQ(file->Read(), VEK_FILE_NOT_FOUND | 0x8000);
+  EXPECT_EQ(test::ReadFile(Name), "earlier\n");  // never cut short at the bad entry
+  auto goodOnly = SmartPointer<DataFile>::New();
+  goodOnly->AddVariable(good);
+  goodOnly->SetFileName(Name);
+  std::filesystem::create_directory(Name + ".tmp");  // the new text cannot be written
+  EXPECT_EQ(goodOnly->Write(), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000);
+  EXPECT_EQ(test::ReadFile(Name), "earlier\n");
+  const std::string folder = Dir.File("folder");  // written, but it cannot take a folder's place
+  std::filesystem::create_directory(folder);
+  goodOnly->SetFileName(folder);
+  EXPECT_EQ(goodOnly->Write(), VEK_UNABLE_TO_COPY_FILE | 0x8000);
+  EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(VEK_UNABLE_TO_COPY_FILE | 0x8000), "Unable to replace " + folder);
+  EXPECT_FALSE(std::filesystem::exists(folder + ".tmp"));
+  goodOnly->SetFileName(Dir.File("no-dir/x.txt"));
+  EXPECT_EQ(goodOnly->Write(), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000);
+  EXPECT_EQ(goodOnly->Read(), VEK_FILE_NOT_FOUND | 0x8000);
 }
 
 /// Refuses names starting with "x" and counts the entries it hands out.
