@@ -16,6 +16,7 @@
 #include "vekRecursiveLock.h"
 #include "vekRestorePointInfo.h"
 #include "vekSmartPointer.h"
+#include "vekStoreTestFixture.h"
 #include "vekTestSupport.h"
 #include "vekUniformAngleRemappingData.h"
 
@@ -24,26 +25,12 @@ namespace {
 
 constexpr int Flagged(int code) { return code | VEK_CUSTOM_MESSAGE_FLAG; }
 
-// Every test gets its own configuration directory.
-class RecordsTest : public ::testing::Test {
+class RecordsTest : public test::StoreTest {
  protected:
-  void SetUp() override {
-    ClassInitializer::Initialize(Base.Path().string().c_str());
-    Store = SmartPointer<ConfigurationDatabase>::New();
-    ASSERT_EQ(Store->LoadOptionsDatabase(), VEK_SUCCESS);
-  }
-  void TearDown() override {
-    Store = nullptr;
-    ClassInitializer::Initialize(PreviousBase.c_str());
-  }
   static std::string Path(const std::string& name) { return ConfigurationDatabase::GetConfigurationDirectory() + name; }
   static std::string Read(const std::string& name) { return test::ReadFile(Path(name)); }
   static void Write(const std::string& name, const std::string& text) { test::WriteFile(Path(name), text); }
   static bool Exists(const std::string& name) { return std::filesystem::exists(Path(name)); }
-
-  std::string PreviousBase = ClassInitializer::GetInstance()->GetBaseDirectoryName();
-  test::TempDirectory Base;
-  SmartPointer<ConfigurationDatabase> Store;
 };
 
 using Floats = std::vector<float>;

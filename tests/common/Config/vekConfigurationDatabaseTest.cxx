@@ -11,31 +11,18 @@
 #include "vekOptionFile.h"
 #include "vekPlatform.h"
 #include "vekSmartPointer.h"
+#include "vekStoreTestFixture.h"
 #include "vekTestSupport.h"
 
 namespace vek {
 namespace {
 
-// Every test gets its own configuration directory and a loaded store.
-class OptionStoreTest : public ::testing::Test {
+class OptionStoreTest : public test::StoreTest {
  protected:
-  void SetUp() override {
-    ClassInitializer::Initialize(Base.Path().string().c_str());
-    Store = SmartPointer<ConfigurationDatabase>::New();
-    ASSERT_EQ(Store->LoadOptionsDatabase(), VEK_SUCCESS);
-  }
-  void TearDown() override {
-    Store = nullptr;
-    ClassInitializer::Initialize(PreviousBase.c_str());
-  }
   void WriteOptions(const std::string& text) { test::WriteFile(Store->GetOptionsFileName(), text); }
   void WriteInfo(const std::string& text) { test::WriteFile(Store->GetOptionInfoFileName(), text); }
   std::string Options() const { return test::ReadFile(Store->GetOptionsFileName()); }
   std::string Info() const { return test::ReadFile(Store->GetOptionInfoFileName()); }
-
-  std::string PreviousBase = ClassInitializer::GetInstance()->GetBaseDirectoryName();
-  test::TempDirectory Base;
-  SmartPointer<ConfigurationDatabase> Store;
 };
 
 TEST_F(OptionStoreTest, LoadCreatesAnEmptyOptionsFileAndSaysSo) {
