@@ -45,7 +45,8 @@ int ErrorHelper::ErrorWithCustomMessage(int code, const std::string& message) {
 int ErrorHelper::ErrorWithCustomMessage(int code, const CustomLanguageString& message) {
   std::string english = WideToUtf8(message.GetDefaultOutput());
   int flagged = ErrorWithCustomMessage(code, english);
-  if (!english.empty()) Record().SetCustomErrorMessageIntl(message.GetOutput());
+  // A key translated only into the user's language still reaches the user through the record.
+  Record().SetCustomErrorMessageIntl(message.GetOutput());
   return flagged;
 }
 

@@ -27,8 +27,8 @@ class VEK_EXPORT ErrorHelper {
   /// Returns code | 0x8000. A non-empty message replaces the last error record (dropping earlier
   /// attachments); an empty one changes nothing.
   static int ErrorWithCustomMessage(int code, const std::string& message);
-  /// As above with the English text; when the record was replaced it also gets the text in the
-  /// user's language.
+  /// As above with the English text; then the current record (replaced or not: an empty English
+  /// text leaves it in place) gets the text in the user's language.
   static int ErrorWithCustomMessage(int code, const CustomLanguageString& message);
   /// Copies a saved record back and returns its code.
   static int RestoreError(const ErrorMetadata* const metadata);

@@ -109,6 +109,14 @@ TEST_F(LanguageTest, ReplacementPackFileWinsAndMissingKeysFallBack) {
   message << 2 << 5;
   EXPECT_EQ(message.GetOutput(), L"Kamera 5/2");
   EXPECT_EQ(message.GetDefaultOutput(), L"");  // no English text for that key
+
+  // Such a message still reaches the user: the record keeps the translation, though the empty
+  // English text leaves the record in place.
+  int earlier = ErrorHelper::ErrorWithCustomMessage(VEK_FAILURE, std::string("earlier"));
+  int code = ErrorHelper::ErrorWithCustomMessage(VEK_FILE_NOT_FOUND, message);
+  EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(earlier), "earlier");
+  EXPECT_EQ(ErrorHelper::DoesErrorHaveIntlCustomMessage(code), 1);
+  EXPECT_EQ(ErrorHelper::GetErrorMessageIntlWithNoExtras(code), L"Kamera 5/2");
 }
 
 TEST_F(LanguageTest, CustomStringFillsPlaceholdersInBothLanguages) {
