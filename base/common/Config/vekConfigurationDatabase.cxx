@@ -32,7 +32,8 @@ void ConfigurationDatabase::PrintSelf(std::ostream& os, Indent indent) const {
 namespace {
 
 constexpr char kUnknownType[] = "Unknown";
-constexpr std::size_t kLongestLine = OptionFile::kLineBufferSize - 1;
+// The line end shares the read buffer with the text, so one byte less than its characters.
+constexpr std::size_t kLongestLine = OptionFile::kLineBufferSize - 2;
 
 RecursiveLock& Lock() { return RecursiveLock::ConfigurationLock(); }
 

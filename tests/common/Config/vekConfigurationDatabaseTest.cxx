@@ -127,11 +127,24 @@ TEST_F(OptionStoreTest, RefusesKeysAndValuesThatWouldBreakTheFile) {
     EXPECT_EQ(Store->SetOption(key, 1), VEK_INVALID_PARAMETERS) << key;
   EXPECT_EQ(Store->SetOption<std::string>("S", "line\nB = 2"), VEK_INVALID_PARAMETERS);
   EXPECT_EQ(Store->SetOption<std::string>("S", "carriage\rreturn"), VEK_INVALID_PARAMETERS);
-  EXPECT_EQ(Store->SetOption<std::string>("S", std::string(600, 'x')), VEK_INVALID_PARAMETERS);
+  // "S = " and the value: 511 characters and the line end would not fit the read buffer.
+  EXPECT_EQ(Store->SetOption<std::string>("S", std::string(507, 'x')), VEK_INVALID_PARAMETERS);
   EXPECT_EQ(Store->SetOptionAsString("A", "Int", "seven"), VEK_INVALID_PARAMETERS);
   EXPECT_EQ(Store->SetOptionAsString("A", "Integer", "7"), VEK_INVALID_PARAMETERS);
   EXPECT_EQ(Options(), "A = 1\n");
   EXPECT_EQ(Info(), "A\tInt\t2\n");
+}
+
+TEST_F(OptionStoreTest, LongestLineReadsBackAsOneLine) {
+  WriteOptions("A = 1\n");
+  WriteInfo("S\tString\t2\n");
+  const std::string value(506, 'x');  // "S = " + value: 510 characters
+  ASSERT_EQ(Store->SetOption<std::string>("S", value), VEK_SUCCESS);
+  ASSERT_EQ(Store->SetOption("A", 2), VEK_SUCCESS);
+  EXPECT_EQ(Options(), "A = 2\nS = " + value + "\n");
+  std::string read;
+  EXPECT_EQ(Store->GetOption<std::string>("S", read), VEK_SUCCESS);
+  EXPECT_EQ(read, value);
 }
 
 TEST_F(OptionStoreTest, InfoColumnsGiveDefaultsRangesAndVisibility) {
