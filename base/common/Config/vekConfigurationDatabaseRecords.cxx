@@ -108,7 +108,11 @@ int ConfigurationDatabase::SaveExtrudedCurveScreenBoundaryData(
   WriteCurve(text, x1, y1);
   WriteCurve(text, x2, y2);
   WriteCurve(text, x3, y3);
-  return RecordFile::Replace(RecordPath(kBoundaryFile), text.str());
+  const int status = RecordFile::Replace(RecordPath(kBoundaryFile), text.str());
+  // Callers of this record compare with the plain code.
+  if (ErrorHelper::AreErrorsTheSame(status, VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING))
+    return VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING;
+  return status;
 }
 
 int ConfigurationDatabase::LoadExtrudedCurveScreenBoundaryData(std::vector<float>& x1, std::vector<float>& y1,

@@ -11,6 +11,7 @@
 #include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
 #include "vekIOBase.h"
+#include "vekOutputMessages.h"
 #include "vekRecordFile.h"
 
 namespace vek {
@@ -19,14 +20,17 @@ namespace {
 
 constexpr char kRoot[] = "RestorePointInfo";
 
+// The plain code, which callers compare with; the reason goes to the error channel.
 int NotFormatted(const std::string& path, const std::string& why) {
-  return ErrorHelper::ErrorWithCustomMessage(VEK_FILE_NOT_FORMATTED_PROPERLY,
-                                             "Failed to read restore point description " + path + ": " + why);
+  VEK_REPORT_ERROR("Failed to read restore point description " << path << ": " << why);
+  return VEK_FILE_NOT_FORMATTED_PROPERLY;
 }
 
-// The whole text must be the number: tinyxml2's own reader would take "12abc" as 12.
+// An empty or missing count is 0; otherwise the whole text must be the number: tinyxml2's own
+// reader would take "12abc" as 12.
 bool ParseCount(const char* text, int& value) {
-  if (!text || !*text) return false;
+  value = RestorePointInfo::kUnsetCount;
+  if (!*text) return true;
   const char* end = text + std::char_traits<char>::length(text);
   const auto [stop, error] = std::from_chars(text, end, value);
   return error == std::errc() && stop == end;
@@ -101,8 +105,9 @@ int RestorePointInfo::ReadFromFile(const std::string& path) {
                                 "NumCameras",  "ScreenType",     "Description"};
   for (int k = 0; k < 7; ++k) {
     const tinyxml2::XMLElement* element = root->FirstChildElement(names[k]);
-    if (!element) return NotFormatted(path, std::string("no ") + names[k] + " element.");
-    texts[k] = element->GetText() ? element->GetText() : "";
+    const bool required = k >= 5;  // ScreenType and Description
+    if (!element && required) return NotFormatted(path, std::string("no ") + names[k] + " element.");
+    texts[k] = element && element->GetText() ? element->GetText() : "";
   }
   int projectors = kUnsetCount, cameras = kUnsetCount;
   if (!ParseCount(texts[3], projectors)) return NotFormatted(path, "NumProjectors is no integer.");

@@ -13,10 +13,11 @@ namespace vek {
 /// The file is XML, written with the declaration version "1.0" and the root element
 /// "RestorePointInfo" holding one element per field, in this order, its value as text:
 /// "ProductName", "ProductVersion", "BuildId", "NumProjectors", "NumCameras", "ScreenType",
-/// "Description" (the counts in decimal). Reading takes the elements by name, in any order, and
-/// needs all seven: a missing element, a count that is not a decimal int, a missing root or a
-/// document that does not parse is VEK_FILE_NOT_FORMATTED_PROPERLY, and the record is left as it
-/// was. An empty element is an empty text.
+/// "Description" (the counts in decimal). Reading takes the elements by name, in any order. Only
+/// "ScreenType" and "Description" must be there; another missing element reads as an empty text
+/// (a count as 0). A missing required element, a count that is not a decimal int, a missing root or
+/// a document that does not parse is VEK_FILE_NOT_FORMATTED_PROPERLY (the plain code; the reason
+/// goes to the error channel), and the record is left as it was. An empty element is an empty text.
 class VEK_EXPORT RestorePointInfo : public Object {
  public:
   static constexpr int kUnsetCount = 0;

@@ -82,8 +82,7 @@ TEST_F(RecordsTest, BoundaryLoadFailuresLeaveTheListsAlone) {
 TEST_F(RecordsTest, BoundaryThatCannotBeWrittenKeepsTheOldFile) {
   Write("ExtrudedCurveScreenBoundary", "0\n0\n0\n");
   std::filesystem::create_directory(Path("ExtrudedCurveScreenBoundary.tmp"));
-  EXPECT_EQ(Store->SaveExtrudedCurveScreenBoundaryData({1}, {2}, {}, {}, {}, {}),
-            Flagged(VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING));
+  EXPECT_EQ(Store->SaveExtrudedCurveScreenBoundaryData({1}, {2}, {}, {}, {}, {}), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING);
   EXPECT_EQ(Read("ExtrudedCurveScreenBoundary"), "0\n0\n0\n");
 }
 
@@ -282,6 +281,14 @@ TEST_F(RecordsTest, RestorePointXmlTextAndRoundTrip) {
   EXPECT_EQ(loaded->GetScreenType(), "Flat");
   EXPECT_EQ(loaded->GetDescription(), "");
   EXPECT_EQ(loaded->GetNumProjectors() * 10 + loaded->GetNumCameras(), 21);
+
+  // Only the screen type and the description must be there.
+  test::WriteFile(file,
+                  "<RestorePointInfo><NumCameras/><ScreenType>Dome</ScreenType><Description>D</Description>"
+                  "</RestorePointInfo>");
+  ASSERT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(file, *loaded), VEK_SUCCESS);
+  EXPECT_EQ(loaded->GetProductName() + loaded->GetBuildId() + loaded->GetScreenType(), "Dome");
+  EXPECT_EQ(loaded->GetNumProjectors() * 10 + loaded->GetNumCameras(), 0);
 }
 
 TEST_F(RecordsTest, DamagedRestorePointXmlLeavesTheRecordAlone) {
@@ -302,8 +309,7 @@ TEST_F(RecordsTest, DamagedRestorePointXmlLeavesTheRecordAlone) {
   info->SetScreenType("Cylinder");
   for (const std::string& text : damaged) {
     test::WriteFile(file, text);
-    EXPECT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(file, *info), Flagged(VEK_FILE_NOT_FORMATTED_PROPERLY))
-        << text;
+    EXPECT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(file, *info), VEK_FILE_NOT_FORMATTED_PROPERLY) << text;
     EXPECT_EQ(info->GetScreenType(), "Cylinder");
   }
   EXPECT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(Base.File("none.xml"), *info), Flagged(VEK_FILE_NOT_FOUND));
