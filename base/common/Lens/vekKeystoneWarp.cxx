@@ -61,8 +61,7 @@ void KeystoneWarp::GetParameters(float* parameters) const {
 }
 
 void KeystoneWarp::Rebuild() {
-  // The real part comes from this class so that an over-long quaternion is reported once, here.
-  Matrix3x3::FillRotationFromUnitQuaternion(get_quaternion_real(Parameters), Parameters, Rotation);
+  Matrix3x3::FillRotationFromQuaternion(Parameters, Rotation);
   const double* t = Parameters + 3;
   for (int j = 0; j < 3; ++j)
     InvertingTranslation[j] = Rotation[0][j] * t[0] + Rotation[1][j] * t[1] + Rotation[2][j] * t[2];

@@ -13,7 +13,9 @@ namespace vek {
 ///
 /// Every field starts at kUnset. A quaternion whose vector part is longer than 1 is reported on
 /// the error channel (with the value after the three, the translation x) and taken with a real
-/// part of 0; SetParameters reports it once, through get_quaternion_real.
+/// part of 0. SetParameters reports it once, through the rotation matrix's own quaternion
+/// conversion (so under vekMatrix3x3's name and in its format); get_quaternion_real reports in this
+/// class's format.
 class VEK_EXPORT KeystoneWarp : public Object {
  public:
   static constexpr int kNumParameters = 7;

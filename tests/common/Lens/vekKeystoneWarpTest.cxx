@@ -79,13 +79,20 @@ TEST(KeystoneWarp, OverlongQuaternionReportsOnceWithTranslationX) {
   warp->SetParameters(parameters);
   const std::string text = log.Text();
   const std::regex line(
-      "ERROR:vekKeystoneWarp, [0-9]+: This should not happen, sum is bigger than 1"
-      "0\\.8 0\\.8 0 5 :1\\.28\n");
+      "ERROR:vekMatrix3x3, [0-9]+: This should not happen, sum is bigger than 1:"
+      "0\\.8 0\\.8 0 5:1\\.28\n");
   EXPECT_EQ(std::distance(std::sregex_iterator(text.begin(), text.end(), line), std::sregex_iterator()), 1) << text;
   // Real part 0: R^T t, column 0 of R being (1 - 2 y^2, 2 x y, 2 x z) = (-0.28, 1.28, 0).
   double tx, ty, tz;
   warp->GetRinvT(tx, ty, tz);
   EXPECT_NEAR(tx, -0.28 * 5 + 1.28 * 6, 1e-12);
+
+  // The class's own real part reports in its own format: every value followed by a blank.
+  test::LogCapture own;
+  EXPECT_EQ(KeystoneWarp::get_quaternion_real(parameters), 0.0);
+  EXPECT_TRUE(std::regex_search(own.Text(), std::regex("ERROR:vekKeystoneWarp, [0-9]+: This should not happen, sum is "
+                                                       "bigger than 10\\.8 0\\.8 0 5 :1\\.28\n")))
+      << own.Text();
 }
 
 TEST(KeystoneWarp, NumberFileOfSevenFloats) {
