@@ -195,12 +195,14 @@ void BrownLensWarp::GetInverseStart(float x, float y, float& u, float& v) const 
 }
 
 void BrownLensWarp::InplaceForwardArray(vec2<float>* points, unsigned int const& count) const {
+  if (!lens_detail::IsExactly(*this)) return LensWarp::InplaceForwardArray(points, count);
   const BrownNumbers numbers = NumbersOf(Parameters);
   lens_detail::MapPoints(points, count,
                          [&numbers](float x, float y, vec2<float>& p) { numbers.Forward(x, y, p.x, p.y); });
 }
 
 void BrownLensWarp::InplaceInvertArray(vec2<float>* points, unsigned int const& count) const {
+  if (!lens_detail::IsExactly(*this)) return LensWarp::InplaceInvertArray(points, count);
   const BrownNumbers numbers = NumbersOf(Parameters);
   lens_detail::MapPoints(
       points, count, [&numbers](float x, float y, vec2<float>& p) { numbers.Invert(x, y, p.x, p.y); }, true);

@@ -45,12 +45,14 @@ int EqualAreaFishEyeLensWarp::Invert(float const& x, float const& y, float& outX
 }
 
 void EqualAreaFishEyeLensWarp::InplaceForwardArray(vec2<float>* points, unsigned int const& count) const {
+  if (!lens_detail::IsExactly(*this)) return LensWarp::InplaceForwardArray(points, count);
   const PinholeNumbers numbers{GetFocalLengthX(), GetFocalLengthY(), GetCenterX(), GetCenterY()};
   lens_detail::MapPoints(points, count,
                          [&numbers](float x, float y, vec2<float>& p) { numbers.Forward(x, y, p.x, p.y); });
 }
 
 void EqualAreaFishEyeLensWarp::InplaceInvertArray(vec2<float>* points, unsigned int const& count) const {
+  if (!lens_detail::IsExactly(*this)) return LensWarp::InplaceInvertArray(points, count);
   const PinholeNumbers numbers{GetFocalLengthX(), GetFocalLengthY(), GetCenterX(), GetCenterY()};
   lens_detail::MapPoints(points, count,
                          [&numbers](float x, float y, vec2<float>& p) { numbers.Invert(x, y, p.x, p.y); });

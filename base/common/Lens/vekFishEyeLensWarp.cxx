@@ -1,6 +1,7 @@
 #include "vekFishEyeLensWarp.h"
 
 #include "vekErrorCodes.h"
+#include "vekLensWarpArray.h"
 #include "vekLensWarpStream.h"
 
 namespace vek {
@@ -20,8 +21,12 @@ void FishEyeLensWarp::SetCameraDimensions(int const& width, int const& height) {
 }
 
 // The identity leaves every point, set or unset, as it is.
-void FishEyeLensWarp::InplaceForwardArray(vec2<float>*, unsigned int const&) const {}
-void FishEyeLensWarp::InplaceInvertArray(vec2<float>*, unsigned int const&) const {}
+void FishEyeLensWarp::InplaceForwardArray(vec2<float>* points, unsigned int const& count) const {
+  if (!lens_detail::IsExactly(*this)) LensWarp::InplaceForwardArray(points, count);
+}
+void FishEyeLensWarp::InplaceInvertArray(vec2<float>* points, unsigned int const& count) const {
+  if (!lens_detail::IsExactly(*this)) LensWarp::InplaceInvertArray(points, count);
+}
 
 void FishEyeLensWarp::Forward(float const& x, float const& y, float& outX, float& outY) const {
   outX = x;

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <typeinfo>
 
 #include "vekVec2.h"
 
@@ -7,6 +8,14 @@ namespace vek::lens_detail {
 
 /// Arrays shorter than this stay on the calling thread: starting threads costs more.
 inline constexpr std::int64_t kParallelThreshold = 8192;
+
+/// A model's own array loop computes its formulas directly, so it serves only objects of exactly
+/// that class: a subclass may have changed Forward or Invert and gets the shared loop, which calls
+/// them.
+template <class Model>
+bool IsExactly(const Model& warp) {
+  return typeid(warp) == typeid(Model);
+}
 
 inline bool IsUnsetPoint(const vec2<float>& p) { return p.x == vec2<float>::kUnset && p.y == vec2<float>::kUnset; }
 

@@ -142,12 +142,14 @@ int RadialLensWarp::Invert(float const& x, float const& y, float& outX, float& o
 }
 
 void RadialLensWarp::InplaceForwardArray(vec2<float>* points, unsigned int const& count) const {
+  if (!lens_detail::IsExactly(*this)) return LensWarp::InplaceForwardArray(points, count);
   const RadialNumbers numbers = NumbersOf(*this);
   lens_detail::MapPoints(points, count,
                          [&numbers](float x, float y, vec2<float>& p) { numbers.Forward(x, y, p.x, p.y); });
 }
 
 void RadialLensWarp::InplaceInvertArray(vec2<float>* points, unsigned int const& count) const {
+  if (!lens_detail::IsExactly(*this)) return LensWarp::InplaceInvertArray(points, count);
   const RadialNumbers numbers = NumbersOf(*this);
   lens_detail::MapPoints(points, count,
                          [&numbers](float x, float y, vec2<float>& p) { numbers.Invert(x, y, p.x, p.y); });

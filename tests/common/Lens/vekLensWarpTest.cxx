@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <climits>
+#include <cmath>
 #include <cstring>
 #include <sstream>
 #include <vector>
@@ -139,6 +139,23 @@ TEST(RadialLensWarp, NumberFileNeedsSevenValues) {
 
 // Every point, bit for bit (not-a-number at the radial centre compares as itself); enough points for
 // the models that split arrays over threads.
+// A model whose point formulas a user changed: the array operations must follow them.
+template <class Model>
+struct Shifted : Model {
+  static Shifted* New() { return new Shifted; }
+  void Forward(float const& x, float const& y, float& outX, float& outY) const override {
+    outX = x + 1;
+    outY = y - 2;
+  }
+  int Invert(float const& x, float const& y, float& outX, float& outY) const override {
+    outX = x * 2;
+    outY = y;
+    return 0;
+  }
+  using LensWarp::Forward;
+  using LensWarp::Invert;
+};
+
 TEST(LensWarp, ArraysSkipUnsetPointsAndMatchOnePointResults) {
   auto fishEye = SmartPointer<FishEyeLensWarp>::New();
   fishEye->SetCameraDimensions(640, 480);
@@ -148,8 +165,14 @@ TEST(LensWarp, ArraysSkipUnsetPointsAndMatchOnePointResults) {
   std::vector<P> source;
   for (int i = 0; i < 20000; ++i) source.emplace_back(static_cast<float>(i % 640), static_cast<float>((i * 7) % 480));
   source[3] = source[15000] = P();
-  for (LensWarp* warp : std::initializer_list<LensWarp*>{radial.GetPointer(), equalArea.GetPointer(),
-                                                         fishEye.GetPointer(), brown.GetPointer()}) {
+  auto shiftedRadial = SmartPointer<Shifted<RadialLensWarp>>::New();
+  auto shiftedEqualArea = SmartPointer<Shifted<EqualAreaFishEyeLensWarp>>::New();
+  auto shiftedFishEye = SmartPointer<Shifted<FishEyeLensWarp>>::New();
+  auto shiftedBrown = SmartPointer<Shifted<BrownLensWarp>>::New();
+  for (LensWarp* warp :
+       std::initializer_list<LensWarp*>{radial.GetPointer(), equalArea.GetPointer(), fishEye.GetPointer(),
+                                        brown.GetPointer(), shiftedRadial.GetPointer(), shiftedEqualArea.GetPointer(),
+                                        shiftedFishEye.GetPointer(), shiftedBrown.GetPointer()}) {
     for (bool forward : {true, false}) {
       std::vector<P> points = source, expected = source;
       for (size_t i = 0; i < source.size(); ++i) {
