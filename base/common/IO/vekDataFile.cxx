@@ -180,7 +180,8 @@ int DataFile::Write() {
     if (status != VEK_SUCCESS) break;
   }
   if (status == VEK_SUCCESS) status = ReplaceFile(GetFileName(), out.str());
-  Edited = false;
+  // Edits that did not reach the file are still unsaved.
+  if (status == VEK_SUCCESS) Edited = false;
   return status;
 }
 

@@ -24,9 +24,14 @@ namespace vek {
 /// "Cannot parse: <line>" and ends the read with the entries before it kept. The end of the file ends the read, so an
 /// unterminated last line is dropped. Derived data files restrict or extend their variables through the virtual hooks.
 ///
+/// A version line whose number does not parse as a whole ("FileVersion###one") fails the read with
+/// VEK_BAD_PARSE and "Cannot read file version from '<text>'": a file whose version is unknown is
+/// not guessed at.
+///
 /// Write builds the whole text and puts it in place of the file in one step (IOBase::ReplaceFile).
 /// An entry that cannot be written ("Unknown Data Type") therefore fails the write with the file
-/// left as it was, rather than cut short at that entry.
+/// left as it was, rather than cut short at that entry. Only a write that reached the file clears
+/// the edited flag.
 class VEK_EXPORT DataFile : public IOBase {
  public:
   static DataFile* New();

@@ -197,7 +197,9 @@ TEST_F(DataFileTest, FailedWritesLeaveTheEarlierFileWhole) {
   EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(VEK_UNABLE_TO_COPY_FILE | 0x8000), "Unable to replace " + folder);
   EXPECT_FALSE(std::filesystem::exists(folder + ".tmp"));
   goodOnly->SetFileName(Dir.File("no-dir/x.txt"));
+  ASSERT_EQ(goodOnly->SetNthVariable(0, good), VEK_SUCCESS);
   EXPECT_EQ(goodOnly->Write(), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000);
+  EXPECT_TRUE(goodOnly->GetIsEdited());  // the edit is not saved
   EXPECT_EQ(goodOnly->Read(), VEK_FILE_NOT_FOUND | 0x8000);
 }
 
