@@ -31,10 +31,10 @@ enum OptionVisibility : int { OptionVisibilityHidden = 0, OptionVisibilityNewOpt
 /// that needs a file answers VEK_FILE_NOT_FOUND. All members run under the configuration lock.
 ///
 /// Keys are single words that do not start with "#"; a key or value that would change the
-/// file's line structure (a line break, a line longer than 510 characters, which with its line
-/// end would not fit the 512-byte read buffer) is refused with
-/// VEK_INVALID_PARAMETERS and nothing is written. The typed members exist for int, float,
-/// double, bool and std::string (lists: int, float, bool, std::string).
+/// file's line structure (a line break, or a line longer than the 510 characters that fit the
+/// read buffer with their line end) is refused with VEK_INVALID_PARAMETERS and nothing is written.
+/// The typed members exist for int, float, double, bool and std::string (lists: int, float, bool,
+/// std::string).
 class VEK_EXPORT ConfigurationDatabase : public Object {
  public:
   static constexpr int kNoCalibrationGroup = -1;

@@ -10,8 +10,7 @@ namespace vek {
 ///
 /// Reading: lines are read with a 512-byte buffer that also holds the line end, so a line holds
 /// at most 510 characters (a longer one reads as several), and a last line without a line end is
-/// not read: files written
-/// by the store always end with one. Tokens are runs of characters other than LF, TAB, CR, FF,
+/// not read: files written by the store always end with one. Tokens are runs of characters other than LF, TAB, CR, FF,
 /// BEL and blank; a line whose first token starts with "#" is a comment. Comments and empty lines
 /// are skipped when lines are interpreted, and kept when a file is rewritten.
 ///
