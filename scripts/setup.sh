@@ -1,13 +1,31 @@
 #!/usr/bin/env bash
-# Installs what building and testing vek needs, from Debian packages, when it is missing.
+# Installs what vek needs, from Debian packages, when it is missing.
+#   scripts/setup.sh --run   what building the library and the vek tool and running its
+#                            demonstration need (README command 1)
+#   scripts/setup.sh         everything: also the tests, the benchmarks and the Windows
+#                            cross-build run under Wine (README command 2)
+# Programs the scripts call are listed as well as libraries: a minimal Debian has no xz, and
+# nothing else would install it.
 set -euo pipefail
 
-packages=(
-  cmake make g++ pkg-config
-  googletest libgtest-dev libbenchmark-dev
-  libeigen3-dev libtinyxml2-dev
-  g++-mingw-w64-x86-64-posix wine64 xvfb xauth
+# The library, the tool and the demonstration.
+run_packages=(
+  cmake make g++ pkg-config        # the build
+  libeigen3-dev libtinyxml2-dev    # the library's dependencies
+  libcli11-dev libstb-dev          # the tool's command line and its PNG pictures
 )
+# Tests, benchmarks and the Windows DLL under Wine.
+test_packages=(
+  googletest libgtest-dev libbenchmark-dev
+  g++-mingw-w64-x86-64-posix       # the Windows cross-build
+  xz-utils                         # fetch-tinyxml2-source.sh unpacks Debian's .orig.tar.xz
+  wine64 xvfb xauth                # the Windows tests, headless (xvfb-run)
+)
+
+packages=("${run_packages[@]}")
+if [ "${1:-}" != --run ]; then
+  packages+=("${test_packages[@]}")
+fi
 
 missing=()
 for package in "${packages[@]}"; do
@@ -24,4 +42,6 @@ if [ ${#missing[@]} -gt 0 ]; then
 fi
 
 # The Windows cross-build needs tinyxml2's source (Debian ships the library for Linux only).
-bash "$(dirname "$0")/fetch-tinyxml2-source.sh"
+if [ "${1:-}" != --run ]; then
+  bash "$(dirname "$0")/fetch-tinyxml2-source.sh"
+fi
