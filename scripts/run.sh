@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# Sets everything up, builds the library and the vek tool, and shows what the tool does.
+# Sets up what the library and the vek tool need, builds them, and shows what the tool does.
+# Tests, benchmarks and the Windows build are scripts/test.sh's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-bash scripts/setup.sh
-cmake -S . -B build/linux -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVEK_BUILD_BENCHMARKS=ON >/dev/null
-cmake --build build/linux -j"${VEK_JOBS:-2}" >/dev/null
+bash scripts/setup.sh --run
+cmake -S . -B build/run -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVEK_BUILD_TESTS=OFF >/dev/null
+cmake --build build/run -j"${VEK_JOBS:-2}" --target vek-tool >/dev/null
 
 export VEK_BASE_DIR="${VEK_BASE_DIR:-$PWD/build/demo}"
-vek=build/linux/bin/vek
+vek=build/run/bin/vek
 show() { echo "\$ vek $*"; "$vek" "$@"; echo; }
 show version
 show error 79

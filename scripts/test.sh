@@ -31,7 +31,7 @@ run_suite() {  # name, build dir, cmake arguments...
 }
 
 mkdir -p build
-run_suite linux build/linux -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVEK_BUILD_BENCHMARKS=ON
+run_suite linux build/linux -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVEK_BUILD_TESTS=ON -DVEK_BUILD_BENCHMARKS=ON
 # The installed package must work for a client that only uses find_package(vek).
 if [ -d build/linux/bin ]; then
   echo "=== package ==="
