@@ -129,4 +129,8 @@ VEK_EXPORT bool RegistryWriteDword(RegistryRoot root, const std::string& subkey,
 /// name. Windows: call "path". POSIX: the path in single quotes for /bin/sh.
 VEK_EXPORT std::string ShellCommandForProgram(const std::string& path);
 
+/// Whether standard error goes to a terminal (a console on Windows), where a person watches
+/// progress; false for a file or a pipe.
+VEK_EXPORT bool IsStandardErrorTerminal();
+
 }  // namespace vek::platform

@@ -335,4 +335,6 @@ std::string ShellCommandForProgram(const std::string& path) {
   return quoted + "'";
 }
 
+bool IsStandardErrorTerminal() { return isatty(STDERR_FILENO) == 1; }
+
 }  // namespace vek::platform

@@ -274,4 +274,9 @@ bool RegistryWriteDword(RegistryRoot root, const std::string& subkey, const std:
 
 std::string ShellCommandForProgram(const std::string& path) { return "call \"" + path + "\""; }
 
+bool IsStandardErrorTerminal() {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
 }  // namespace vek::platform
