@@ -1,0 +1,42 @@
+#include "vekTriangleCollection.h"
+
+#include <new>
+#include <ostream>
+
+#include "vekErrorCodes.h"
+
+namespace vek {
+
+TriangleCollection* TriangleCollection::New() { return new (std::nothrow) TriangleCollection; }
+
+double TriangleCollection::GetSignedArea(int t) const {
+  const vec2<double>* c = Items[t].Corners;
+  return 0.5 * ((c[1].y - c[0].y) * (c[2].x - c[0].x) - (c[2].y - c[0].y) * (c[1].x - c[0].x));
+}
+
+int TriangleCollection::AddTriangle(const vec2<double>& a, const vec2<double>& b, const vec2<double>& c, int firstId,
+                                    int secondId) {
+  try {
+    Items.push_back(Item{{a, b, c}, firstId, secondId});
+  } catch (const std::bad_alloc&) {
+    return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  }
+  return VEK_SUCCESS;
+}
+
+int TriangleCollection::Reserve(int n) {
+  if (n < 0) return VEK_INVALID_PARAMETERS;
+  try {
+    Items.reserve(static_cast<size_t>(n));
+  } catch (const std::exception&) {
+    return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  }
+  return VEK_SUCCESS;
+}
+
+void TriangleCollection::PrintSelf(std::ostream& os, Indent indent) const {
+  Object::PrintSelf(os, indent);
+  os << indent << "NumberOfTriangles: " << Items.size() << "\n";
+}
+
+}  // namespace vek
