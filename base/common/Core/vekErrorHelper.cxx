@@ -92,6 +92,10 @@ std::string ErrorHelper::GetErrorName(int code) {
   return row ? row->name : "";
 }
 
+bool ErrorHelper::IsKnownCode(int code) {
+  return code >= 0 && code <= 0xFFFF && FindErrorTableRow(GetErrorWithoutCustomMessageFlag(code)) != nullptr;
+}
+
 std::string ErrorHelper::GetDefaultErrorMessage(const int& code) {
   int plain = code;
   if (DoesErrorHaveCustomMessage(code)) {

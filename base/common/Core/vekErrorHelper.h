@@ -45,6 +45,9 @@ class VEK_EXPORT ErrorHelper {
 
   /// The symbolic name ("VEK_FILE_NOT_FOUND"), flag ignored; "" for unnamed or unknown values.
   static std::string GetErrorName(int code);
+  /// Whether the catalogue has a message for the code, flag ignored, named or not. Values outside
+  /// 0 .. 0xFFFF are never codes: the flag is the highest bit a code carries.
+  static bool IsKnownCode(int code);
 
   /// Destroys the last error record (at shutdown); the next use makes a fresh one.
   static void CleanUp();

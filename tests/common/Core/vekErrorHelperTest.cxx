@@ -37,6 +37,11 @@ TEST(ErrorHelper, NamesAndDefaultMessages) {
   EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(366), ErrorHelper::GetErrorMessageWithNoExtras(427));
 }
 
+TEST(ErrorHelper, KnownCodesAreTheCatalogueWithOrWithoutTheFlag) {
+  for (int code : {0, 55, 79, 79 | 0x8000, 580, 580 | 0x8000}) EXPECT_TRUE(ErrorHelper::IsKnownCode(code)) << code;
+  for (int code : {2, 581, 0x7FFF, 40000, 0x10000 | 79, -1, -79}) EXPECT_FALSE(ErrorHelper::IsKnownCode(code)) << code;
+}
+
 TEST(ErrorHelper, FetchingWithExtrasLogsTheMessage) {
   test::LogCapture log;
   EXPECT_EQ(ErrorHelper::GetErrorMessageWithExtras(79), "File Not Found (Error 79)");
