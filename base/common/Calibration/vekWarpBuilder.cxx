@@ -1,0 +1,267 @@
+#include "vekWarpBuilder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <new>
+#include <ostream>
+#include <tuple>
+
+#include "vekBlendWeight.h"
+#include "vekErrorCodes.h"
+#include "vekErrorHelper.h"
+#include "vekRectilinearGrid.h"
+#include "vekRectilinearGridIntersectTriangleMesh.h"
+
+namespace vek {
+
+namespace {
+
+struct WarpVertex {
+  vec2<double> Pixel;
+  vec2<double> Content;
+  double Alpha = 1;
+};
+
+// The largest spacing not above `step` that divides [low, high] evenly; the number of points.
+int EvenPoints(double low, double high, int step, double& spacing) {
+  const int intervals = std::max(1, static_cast<int>(std::ceil((high - low) / step - 1e-9)));
+  spacing = (high - low) / intervals;
+  return intervals + 1;
+}
+
+// Clips triangles of the piecewise-linear content map to the unit square. A vertex made on an
+// edge is keyed by the edge's two ends and the clipping side, so the two triangles that share an
+// edge share the vertex too and the cut leaves no crack.
+class ContentClipper {
+ public:
+  explicit ContentClipper(std::vector<WarpVertex>& vertices) : Vertices(vertices) {}
+
+  std::vector<int> Clip(std::vector<int> polygon) {
+    for (int side = 0; side < 4 && polygon.size() >= 3; ++side) {
+      std::vector<int> kept;
+      for (size_t k = 0; k < polygon.size(); ++k) {
+        const int current = polygon[k], next = polygon[(k + 1) % polygon.size()];
+        const bool currentIn = Inside(current, side) >= 0, nextIn = Inside(next, side) >= 0;
+        if (currentIn) kept.push_back(current);
+        if (currentIn != nextIn) kept.push_back(Cut(current, next, side));
+      }
+      // A vertex on the edge itself may now appear twice in a row.
+      kept.erase(std::unique(kept.begin(), kept.end()), kept.end());
+      while (kept.size() > 1 && kept.front() == kept.back()) kept.pop_back();
+      polygon = kept;
+    }
+    return polygon.size() >= 3 ? polygon : std::vector<int>();
+  }
+
+ private:
+  // Side 0: u >= 0, 1: u <= 1, 2: v >= 0, 3: v <= 1; non-negative inside.
+  double Inside(int vertex, int side) const {
+    const vec2<double>& c = Vertices[vertex].Content;
+    switch (side) {
+      case 0: return c.x;
+      case 1: return 1 - c.x;
+      case 2: return c.y;
+      default: return 1 - c.y;
+    }
+  }
+
+  int Cut(int a, int b, int side) {
+    const int low = std::min(a, b), high = std::max(a, b);
+    const auto key = std::make_tuple(low, high, side);
+    const auto found = Cuts.find(key);
+    if (found != Cuts.end()) return found->second;
+    const double from = Inside(low, side), to = Inside(high, side);
+    int vertex = low;
+    if (from != 0) {
+      vertex = high;
+      if (to != 0) {
+        const double t = from / (from - to);
+        const WarpVertex& p = Vertices[low];
+        const WarpVertex& q = Vertices[high];
+        WarpVertex made;
+        made.Pixel = {p.Pixel.x + t * (q.Pixel.x - p.Pixel.x), p.Pixel.y + t * (q.Pixel.y - p.Pixel.y)};
+        made.Content = {p.Content.x + t * (q.Content.x - p.Content.x), p.Content.y + t * (q.Content.y - p.Content.y)};
+        made.Alpha = p.Alpha + t * (q.Alpha - p.Alpha);
+        // The edge of the fill region is exactly where the cut lies.
+        if (side < 2) made.Content.x = side == 0 ? 0 : 1;
+        else made.Content.y = side == 2 ? 0 : 1;
+        Vertices.push_back(made);
+        vertex = static_cast<int>(Vertices.size()) - 1;
+      }
+    }
+    Cuts.emplace(key, vertex);
+    return vertex;
+  }
+
+  std::vector<WarpVertex>& Vertices;
+  std::map<std::tuple<int, int, int>, int> Cuts;
+};
+
+double ContentArea(const WarpVertex& a, const WarpVertex& b, const WarpVertex& c) {
+  return 0.5 * std::abs((b.Content.x - a.Content.x) * (c.Content.y - a.Content.y) -
+                        (b.Content.y - a.Content.y) * (c.Content.x - a.Content.x));
+}
+
+BlendWeight WeightOf(const ProjectorFootprint& footprint, double gamma) {
+  return BlendWeight(footprint.GetProjectorMin(), footprint.GetProjectorMax(), gamma);
+}
+
+}  // namespace
+
+double WarpBuilder::AlphaAt(int projector, const vec2<double>& pixel, const vec2<double>& camera,
+                            const std::vector<int>& blendPartners) const {
+  const ProjectorFootprint& footprint = *Projectors[projector];
+  auto share = [&](const vec2<double>& ownPixel, const vec2<double>& at, double& own, double& total) {
+    own = WeightOf(footprint, Gamma).Weight(ownPixel);
+    total = own;
+    int covering = 1;
+    const vec2<float> point(static_cast<float>(at.x), static_cast<float>(at.y));
+    for (int partner : blendPartners) {
+      vec2<double> partnerPixel;
+      if (partner == projector || !Projectors[partner]->CameraToProjector(point, partnerPixel)) continue;
+      total += WeightOf(*Projectors[partner], Gamma).Weight(partnerPixel);
+      ++covering;
+    }
+    return covering;
+  };
+  double own = 0, total = 0;
+  const int covering = share(pixel, camera, own, total);
+  if (covering > 1 && total == 0) {
+    // On the edge of every projector here (aligned edges): the shares are those just inside,
+    // a hundredth of a camera pixel towards this projector's middle. An equal split instead
+    // would differ from the row next to it, and the renderer would smear the step over a cell.
+    const vec2<double> middle(0.5 * (footprint.GetCameraMin().x + footprint.GetCameraMax().x),
+                              0.5 * (footprint.GetCameraMin().y + footprint.GetCameraMax().y));
+    const double length = std::hypot(middle.x - camera.x, middle.y - camera.y);
+    vec2<double> inside = camera, insidePixel;
+    if (length > 0) {
+      inside.x += 0.01 * (middle.x - camera.x) / length;
+      inside.y += 0.01 * (middle.y - camera.y) / length;
+    }
+    const vec2<float> insideFloat(static_cast<float>(inside.x), static_cast<float>(inside.y));
+    if (footprint.CameraToProjector(insideFloat, insidePixel)) {
+      double insideOwn = 0, insideTotal = 0;
+      const int insideCovering = share(insidePixel, inside, insideOwn, insideTotal);
+      return BlendWeight::Alpha(insideOwn, insideTotal, insideCovering, Gamma);
+    }
+  }
+  return BlendWeight::Alpha(own, total, covering, Gamma);
+}
+
+WarpBuilder* WarpBuilder::New() { return new (std::nothrow) WarpBuilder; }
+
+void WarpBuilder::PrintSelf(std::ostream& os, Indent indent) const {
+  Object::PrintSelf(os, indent);
+  os << indent << "Step: " << Step << "\n";
+  os << indent << "Gamma: " << Gamma << "\n";
+  os << indent << "Grid: " << GridColumns << " x " << GridRows << "\n";
+  os << indent << "Coverage: " << Coverage << "\n";
+}
+
+int WarpBuilder::Build(int projector, const std::vector<int>& blendPartners) {
+  const int count = static_cast<int>(Projectors.size());
+  if (!Screen || projector < 0 || projector >= count || !Projectors[projector] || Step < 1 || !(Gamma > 0))
+    return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS, "The warp builder lacks an input or a setting");
+  for (int partner : blendPartners)
+    if (partner < 0 || partner >= count || !Projectors[partner])
+      return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS,
+                                                 "Blend partner " + std::to_string(partner) + " is no projector");
+  const ProjectorFootprint& footprint = *Projectors[projector];
+  const vec2<double> low = footprint.GetProjectorMin(), high = footprint.GetProjectorMax();
+  if (!(high.x > low.x) || !(high.y > low.y))
+    return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS, "The projector's spots span no area");
+
+  double spaceX = 0, spaceY = 0;
+  const int columns = EvenPoints(low.x, high.x, Step, spaceX);
+  const int rows = EvenPoints(low.y, high.y, Step, spaceY);
+  SmartPointer<RectilinearGrid> grid = SmartPointer<RectilinearGrid>::New();
+  SmartPointer<RectilinearGridIntersectTriangleMesh> locate = SmartPointer<RectilinearGridIntersectTriangleMesh>::New();
+  SmartPointer<TextureMesh> warp = SmartPointer<TextureMesh>::New();
+  if (!grid || !locate || !warp) return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  grid->SetOffsetx(static_cast<float>(low.x));
+  grid->SetOffsety(static_cast<float>(low.y));
+  grid->SetSpacex(static_cast<float>(spaceX));
+  grid->SetSpacey(static_cast<float>(spaceY));
+  grid->SetNumx(columns);
+  grid->SetNumy(rows);
+  locate->SetGrid(grid.GetPointer());
+  locate->SetMesh(footprint.GetMappingProjectorMesh());
+  // Callers build several projectors at once; one thread each keeps the threads from multiplying.
+  locate->SetNumberOfThreads(1);
+  int status = locate->Update();
+  if (status != VEK_SUCCESS) return status;
+
+  // Grid points: projector pixel -> camera point -> content point and blend alpha.
+  const TriangleMesh& camera = *footprint.GetMappingCameraMesh();
+  std::vector<WarpVertex> vertices(static_cast<size_t>(columns) * rows);
+  std::vector<char> mapped(vertices.size(), 0);
+  for (int j = 0; j < rows; ++j)
+    for (int i = 0; i < columns; ++i) {
+      const int point = j * columns + i;
+      const int triangle = locate->GetPointTriangle(point);
+      if (triangle == RectilinearGridIntersectTriangleMesh::kNoTriangle) continue;
+      const auto* weights = locate->GetPointWeights(point);
+      int corners[3];
+      camera.GetTriangleVerticesInArray(triangle, corners);
+      vec2<double> cameraPoint(0, 0);
+      for (int k = 0; k < 3; ++k) {
+        cameraPoint.x += weights[k] * static_cast<double>(camera.GetPoint(corners[k]).x);
+        cameraPoint.y += weights[k] * static_cast<double>(camera.GetPoint(corners[k]).y);
+      }
+      WarpVertex& vertex = vertices[point];
+      // The last column and row lie exactly on the area's edge.
+      vertex.Pixel = {i == columns - 1 ? high.x : low.x + i * spaceX, j == rows - 1 ? high.y : low.y + j * spaceY};
+      if (!Screen->CameraToContent(cameraPoint, vertex.Content)) continue;
+
+      vertex.Alpha = AlphaAt(projector, vertex.Pixel, cameraPoint, blendPartners);
+      mapped[point] = 1;
+    }
+
+  // Two triangles per cell whose corners all map (the grid mesh's diagonal), cut at the fill edge.
+  ContentClipper clipper(vertices);
+  std::vector<int> triangles;
+  double coverage = 0;
+  for (int j = 0; j + 1 < rows; ++j)
+    for (int i = 0; i + 1 < columns; ++i) {
+      const int p = j * columns + i;
+      const int cell[2][3] = {{p, p + columns + 1, p + 1}, {p + columns + 1, p, p + columns}};
+      for (const auto& corners : cell) {
+        if (!mapped[corners[0]] || !mapped[corners[1]] || !mapped[corners[2]]) continue;
+        const std::vector<int> polygon = clipper.Clip({corners[0], corners[1], corners[2]});
+        for (size_t k = 1; k + 1 < polygon.size(); ++k) {
+          triangles.insert(triangles.end(), {polygon[0], polygon[k], polygon[k + 1]});
+          coverage += ContentArea(vertices[polygon[0]], vertices[polygon[k]], vertices[polygon[k + 1]]);
+        }
+      }
+    }
+
+  // Only the vertices some triangle uses are written, in the order they were made.
+  std::vector<char> used(vertices.size(), 0);
+  for (int vertex : triangles) used[vertex] = 1;
+  std::vector<int> newIndex(vertices.size(), -1);
+  int kept = 0;
+  for (size_t v = 0; v < vertices.size(); ++v)
+    if (used[v]) newIndex[v] = kept++;
+  warp->SetNumPoints(kept);
+  warp->SetNumTriangles(static_cast<int>(triangles.size() / 3));
+  if (warp->Allocate() != VEK_SUCCESS) return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  for (size_t v = 0; v < vertices.size(); ++v)
+    if (newIndex[v] >= 0) {
+      const WarpVertex& vertex = vertices[v];
+      warp->AddPoint(newIndex[v], static_cast<float>(vertex.Pixel.x), static_cast<float>(vertex.Pixel.y),
+                     static_cast<float>(vertex.Content.x), static_cast<float>(vertex.Content.y),
+                     static_cast<float>(vertex.Alpha));
+    }
+  for (size_t t = 0; t < triangles.size() / 3; ++t)
+    warp->AddTriangle(static_cast<int>(t), newIndex[triangles[3 * t]], newIndex[triangles[3 * t + 1]],
+                      newIndex[triangles[3 * t + 2]]);
+
+  Warp = warp;
+  Coverage = coverage;
+  GridColumns = columns;
+  GridRows = rows;
+  return VEK_SUCCESS;
+}
+
+}  // namespace vek
