@@ -158,8 +158,8 @@ int RectilinearGridIntersectTriangleMesh::CoverCells(const TriangleMesh& gridMes
     CoveredAreas[r] = areas[2 * static_cast<size_t>(r)] + areas[2 * static_cast<size_t>(r) + 1];
     const int p = r / (numx - 1) * numx + r % (numx - 1);
     const int corners[4] = {p, p + 1, p + numx, p + numx + 1};
-    const double cellArea = (double(points[corners[1]].x) - points[corners[0]].x) *
-                            (double(points[corners[2]].y) - points[corners[0]].y);
+    const double cellArea =
+        (double(points[corners[1]].x) - points[corners[0]].x) * (double(points[corners[2]].y) - points[corners[0]].y);
     bool cornersFound = true;
     for (int c : corners) cornersFound = cornersFound && PointTriangles[c] != kNoTriangle;
     CellCoverage coverage = NotCovered;
