@@ -1,90 +1,88 @@
 // The vek command-line tool: a window onto the library for people running calibrations.
-//   vek version                      the library version
-//   vek error CODE [--language LL]   the status code's name and message (LL: en, de, fr, ja)
-//   vek option get KEY               an option's value text
-//   vek option set KEY TYPE VALUE    sets an option (TYPE: Int, Float, Double, Bool, String, ...Array)
-#include <cstdlib>
-#include <iostream>
-#include <string>
+// "vek --help" lists the commands; every command has its own --help.
+#include "vekTool.h"
 
-#include "vekConfigurationDatabase.h"
+#include <charconv>
+#include <exception>
+#include <iostream>
+
 #include "vekErrorHelper.h"
-#include "vekSmartPointer.h"
-#include "vekTextConversion.h"
 #include "vekVersion.h"
 
-namespace {
+namespace vek::tool {
 
-int Usage() {
-  std::cerr << "usage: vek version\n"
-               "       vek error CODE [--language en|de|fr|ja]\n"
-               "       vek option get KEY\n"
-               "       vek option set KEY TYPE VALUE\n";
-  return 2;
+CLI::App* Commands::Add(CLI::App& parent, const std::string& name, const std::string& description,
+                        std::function<int()> run) {
+  CLI::App* command = parent.add_subcommand(name, description);
+  Runs.emplace_back(command, std::move(run));
+  return command;
 }
 
-bool ParseCode(const std::string& text, int& code) {
-  char* end = nullptr;
-  long value = std::strtol(text.c_str(), &end, 0);
-  if (text.empty() || *end != '\0' || value < 0 || value > 0xFFFF) return false;
-  code = static_cast<int>(value);
-  return true;
+CLI::App* Commands::AddGroup(CLI::App& parent, const std::string& name, const std::string& description) {
+  CLI::App* group = parent.add_subcommand(name, description);
+  group->require_subcommand(1);
+  return group;
 }
 
-int ShowError(int argc, char** argv) {
-  int code = 0;
-  if (argc < 3 || !ParseCode(argv[2], code)) return Usage();
-  for (int i = 3; i < argc; ++i) {
-    std::string option = argv[i];
-    if (option == "--language" && i + 1 < argc) {
-      vek::ConfigurationDatabase::SetLanguage(argv[++i]);
-    } else {
-      return Usage();
-    }
-  }
-  std::string name = vek::ErrorHelper::GetErrorName(code);
-  std::wstring message;
-  if (name.empty() || vek::ConfigurationDatabase::GetText(name, message) != VEK_SUCCESS)
-    message = vek::Utf8ToWide(
-        vek::ErrorHelper::GetErrorMessageWithNoExtras(vek::ErrorHelper::GetErrorWithoutCustomMessageFlag(code)));
-  std::cout << (name.empty() ? "(unnamed)" : name) << " (" << vek::ErrorHelper::GetErrorWithoutCustomMessageFlag(code)
-            << "): " << vek::WideToUtf8(message) << "\n";
-  return 0;
+int Commands::RunChosen() const {
+  for (const auto& [command, run] : Runs)
+    if (command->parsed()) return run();
+  return UsageError("no command given");
 }
 
-// Reports a failed status on standard error; returns the process exit code.
 int Report(int status) {
-  if (status == VEK_SUCCESS) return 0;
-  std::cerr << "vek: " << vek::ErrorHelper::GetErrorName(status) << ": "
-            << vek::ErrorHelper::GetErrorMessageWithNoExtras(status) << "\n";
-  return 1;
+  if (status == 0) return kSuccess;
+  std::string name = ErrorHelper::GetErrorName(status);
+  std::cerr << "vek: " << (name.empty() ? std::to_string(ErrorHelper::GetErrorWithoutCustomMessageFlag(status)) : name)
+            << ": " << ErrorHelper::GetErrorMessageWithNoExtras(status) << "\n";
+  return kFailure;
 }
 
-int Option(int argc, char** argv) {
-  std::string action = argc > 2 ? argv[2] : "";
-  bool get = action == "get" && argc == 4;
-  bool set = action == "set" && argc == 6;
-  if (!get && !set) return Usage();
-  vek::SmartPointer<vek::ConfigurationDatabase> store = vek::SmartPointer<vek::ConfigurationDatabase>::New();
-  int status = store->LoadOptionsDatabase();
-  if (status != VEK_SUCCESS) return Report(status);
-  if (set) return Report(store->SetOptionAsString(argv[3], argv[4], argv[5]));
-  std::string value;
-  status = store->GetOptionAsString(argv[3], value);
-  if (status == VEK_SUCCESS) std::cout << value << "\n";
-  return Report(status);
+int Fail(const std::string& message) {
+  std::cerr << "vek: " << message << "\n";
+  return kFailure;
 }
 
-}  // namespace
+int UsageError(const std::string& message) {
+  std::cerr << "vek: " << message << "\nRun with --help for more information.\n";
+  return kUsage;
+}
+
+std::string FloatText(float value) {
+  char text[32];
+  return std::string(text, std::to_chars(text, text + sizeof text, value).ptr);
+}
+
+void AddVersionCommand(Commands& commands) {
+  commands.Add(commands.GetRoot(), "version", "Print the library version.", [] {
+    std::cout << "vek " << VEK_VERSION_STRING << "\n";
+    return kSuccess;
+  });
+}
+
+}  // namespace vek::tool
 
 int main(int argc, char** argv) {
-  if (argc < 2) return Usage();
-  std::string command = argv[1];
-  if (command == "version") {
-    std::cout << "vek " << VEK_VERSION_STRING << "\n";
-    return 0;
+  using namespace vek::tool;
+  CLI::App app("A window onto the vek library for people running calibrations.", "vek");
+  app.require_subcommand(1);
+  app.footer(
+      "Exit status: 0 on success; 1 when the library reports a failure (its status name and message\n"
+      "go to standard error); 2 when the command line is not understood.\n"
+      "The library works in the folder VEK_BASE_DIR names (options live in its Config folder).");
+  Commands commands(app);
+  for (auto add : {AddVersionCommand, AddErrorCommand, AddOptionCommands, AddLensCommands, AddMeshCommands})
+    add(commands);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    // Help goes to standard output with status 0; anything else is a command line not understood.
+    if (e.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(e);
+    return UsageError(e.what());
   }
-  if (command == "error") return ShowError(argc, argv);
-  if (command == "option") return Option(argc, argv);
-  return Usage();
+  try {
+    return commands.RunChosen();
+  } catch (const std::exception& e) {
+    return Fail(e.what());
+  }
 }
