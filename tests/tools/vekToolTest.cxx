@@ -32,13 +32,28 @@ class ToolTest : public ::testing::Test {
   // Arguments are quoted for both command interpreters, so they hold no quotes, "$" or "%".
   Outcome Run(const std::vector<std::string>& arguments, const std::string& input = "") {
     test::WriteFile(Files.File("in"), input);
-    std::string command = platform::ShellCommandForProgram(VEK_TOOL_PROGRAM);
-    for (const std::string& a : arguments) command += " \"" + a + "\"";
-    command += " <\"" + Files.File("in") + "\" >\"" + Files.File("out") + "\" 2>\"" + Files.File("err") + "\"";
-    const int status = std::system(command.c_str());
+    std::string line;
+    for (const std::string& a : arguments) line += " \"" + a + "\"";
+    line += " <\"" + Files.File("in") + "\" >\"" + Files.File("out") + "\" 2>\"" + Files.File("err") + "\"";
+#ifdef _WIN32
+    // cmd drops the first and last quote of a line with more than two, hence the outer pair. The
+    // "call" of ShellCommandForProgram would do as well, but under Wine it turns every failing
+    // exit status into 1.
+    line = "\"\"" + std::string(VEK_TOOL_PROGRAM) + "\"" + line + "\"";
+#else
+    line = platform::ShellCommandForProgram(VEK_TOOL_PROGRAM) + line;
+#endif
+    const int status = std::system(line.c_str());
     // POSIX gives the wait status (exit status in bits 8 to 15, a signal below), Windows the exit
     // status itself: the tool's statuses are below 256 either way, and a crash matches none.
-    return {status >= 256 ? status >> 8 : status, test::ReadFile(Files.File("out")), test::ReadFile(Files.File("err"))};
+    return {status >= 256 ? status >> 8 : status, Lines(Files.File("out")), Lines(Files.File("err"))};
+  }
+
+  // The file's text with Windows line ends read as plain ones.
+  static std::string Lines(const std::string& file) {
+    std::string text = test::ReadFile(file);
+    for (std::size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", at)) text.erase(at, 1);
+    return text;
   }
 
   std::string PreviousBase = platform::EnvironmentVariable("VEK_BASE_DIR");
