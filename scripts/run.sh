@@ -16,7 +16,8 @@ show error 79 --language de
 show error 79 --language fr
 show error 79 --language ja
 show error 48
-show error 581
+show error 32847
 show option set Gain Float 0.75
 show option get Gain
+show option list
 echo "Debug log: $VEK_BASE_DIR/Temp/DebugLog.txt"
