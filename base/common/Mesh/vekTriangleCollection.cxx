@@ -9,11 +9,6 @@ namespace vek {
 
 TriangleCollection* TriangleCollection::New() { return new (std::nothrow) TriangleCollection; }
 
-double TriangleCollection::GetSignedArea(int t) const {
-  const vec2<double>* c = Items[t].Corners;
-  return 0.5 * ((c[1].y - c[0].y) * (c[2].x - c[0].x) - (c[2].y - c[0].y) * (c[1].x - c[0].x));
-}
-
 int TriangleCollection::AddTriangle(const vec2<double>& a, const vec2<double>& b, const vec2<double>& c, int firstId,
                                     int secondId) {
   try {

@@ -26,7 +26,12 @@ class VEK_EXPORT TriangleCollection : public Object {
   int GetSecondId(int t) const { return Items[t].SecondId; }
   /// Triangle::SignedArea of the corners, in double: positive for the orientation of the grid
   /// triangulation (counter-clockwise on screen with y down).
-  double GetSignedArea(int t) const;
+  double GetSignedArea(int t) const {
+    return SignedArea(Items[t].Corners[0], Items[t].Corners[1], Items[t].Corners[2]);
+  }
+  static double SignedArea(const vec2<double>& a, const vec2<double>& b, const vec2<double>& c) {
+    return ((b.y - a.y) * (c.x - a.x) - (c.y - a.y) * (b.x - a.x)) * 0.5;
+  }
 
   /// VEK_FAILED_TO_ALLOCATE_MEMORY when the list cannot grow (nothing added).
   int AddTriangle(const vec2<double>& a, const vec2<double>& b, const vec2<double>& c, int firstId, int secondId);

@@ -268,14 +268,14 @@ void IntersectChunk(const std::vector<Prepared>& first, const std::vector<Prepar
       result.Areas.push_back(area);
       if (!buildRegion) continue;
       const double ox = a.P[0].x, oy = a.P[0].y;
+      const vec2<double> p0(polygon[0].x + ox, polygon[0].y + oy);
       for (int k = 1; k + 1 < count; ++k) {
-        const Point& p0 = polygon[0];
-        const Point& p1 = polygon[k];
-        const Point& p2 = polygon[k + 1];
-        if (!((p1.x - p0.x) * (p2.y - p0.y) - (p1.y - p0.y) * (p2.x - p0.x) > 0)) continue;
-        // Clockwise with y up is the grid triangulation's orientation.
-        result.Region.push_back(
-            RegionPiece{{{p0.x + ox, p0.y + oy}, {p2.x + ox, p2.y + oy}, {p1.x + ox, p1.y + oy}}, a.Id, b.Id});
+        // Clockwise with y up is the grid triangulation's orientation. Slivers that rounding
+        // leaves without area (in the coordinates kept) are dropped.
+        const RegionPiece piece{
+            {p0, {polygon[k + 1].x + ox, polygon[k + 1].y + oy}, {polygon[k].x + ox, polygon[k].y + oy}}, a.Id, b.Id};
+        if (TriangleCollection::SignedArea(piece.Corners[0], piece.Corners[1], piece.Corners[2]) > 0)
+          result.Region.push_back(piece);
       }
     }
   }
