@@ -29,6 +29,11 @@ void ClampWeights(float weights[3]) {
 
 }  // namespace
 
+// Defined here as well so that the Windows DLL exports them: callers bind them to references
+// (comparisons in tests, std::min), which an inline constant alone would leave unresolved.
+constexpr int RectilinearGridIntersectTriangleMesh::kNoTriangle;
+constexpr float RectilinearGridIntersectTriangleMesh::kTolerance;
+
 RectilinearGridIntersectTriangleMesh* RectilinearGridIntersectTriangleMesh::New() {
   auto* object = new (std::nothrow) RectilinearGridIntersectTriangleMesh;
   if (object && !(object->PartlyCoveredCells = SmartPointer<QuadCollection>::New())) {
@@ -93,8 +98,8 @@ int RectilinearGridIntersectTriangleMesh::LocatePoints(const vec2<float>* points
   int status = TriangleMeshIntersectTriangleMesh::InitializeLocator(*Mesh, *locator, ids);
   if (status != VEK_SUCCESS || ids.empty()) return status;
 
-  // The tolerance pass looks in the cells around the point's own, which reaches every triangle
-  // that can accept the point unless one triangle spans thousands of cells.
+  // Points more than a cell outside the triangles' box cannot be accepted; the locator would only
+  // warn about them.
   const vec2<float> lo = locator->GetMin(), hi = locator->GetMax(), size = locator->GetCellSize();
   const TriangleMesh& mesh = *Mesh;
   int found = 0;

@@ -26,6 +26,8 @@ namespace vek {
 /// so a point on an edge or corner shared by several triangles always gets the same one. Weights
 /// are floats, in the triangle's corner order 0, 1, 2, and sum to 1; a point found only in the
 /// second pass has them clamped to [0, 1] and rescaled, which puts it on the triangle's border.
+/// The second pass searches the locator cells next to the point's own, which reaches every
+/// triangle that can accept the point unless a triangle spans thousands of cells.
 /// A point with no triangle has kNoTriangle and weights (0, 0, 0).
 ///
 /// Cells. A cell's covered area is the sum of the areas it shares with the triangles (decided
@@ -41,10 +43,11 @@ namespace vek {
 /// The mesh's triangles are taken not to overlap one another (it is a triangulation); where a
 /// folded mesh does overlap itself, the doubled area can hide a hole.
 ///
-/// Update returns VEK_INVALID_PARAMETERS when the grid or mesh is not set, for a grid with fewer
-/// than 2 x 2 points, a spacing that is not positive and finite, or more cells than an int can
-/// number twice; VEK_FAILED_TO_ALLOCATE_MEMORY or VEK_TOO_MANY_ELEMENTS as the mesh
-/// intersection does. On failure all results are empty.
+/// Update returns VEK_INVALID_PARAMETERS (with a custom message, so compare without the 0x8000
+/// flag) when the grid or mesh is not set, for a grid with fewer than 2 x 2 points, a spacing or
+/// offset that is not finite, a spacing that is not positive, or more cells than an int can number
+/// twice; VEK_FAILED_TO_ALLOCATE_MEMORY or VEK_TOO_MANY_ELEMENTS as the mesh intersection does.
+/// On failure all results are empty.
 class VEK_EXPORT RectilinearGridIntersectTriangleMesh : public Object {
  public:
   static constexpr int kNoTriangle = -1;

@@ -30,10 +30,10 @@ namespace vek {
 /// The work is spread over OpenMP threads by first-mesh triangle; every result (pairs, areas,
 /// region) is identical, bit for bit and in order, at any thread count.
 ///
-/// Update returns VEK_INVALID_PARAMETERS when a mesh is not set, VEK_FAILED_TO_ALLOCATE_MEMORY
-/// when memory runs out and VEK_TOO_MANY_ELEMENTS when more than 65534 triangles of the second
-/// mesh crowd into one cell of its locator (the locator's bucket limit); on failure all results
-/// are empty.
+/// Update returns VEK_INVALID_PARAMETERS when a mesh is not set and VEK_FAILED_TO_ALLOCATE_MEMORY
+/// when memory runs out (both with a custom message, so compare without the 0x8000 flag), and
+/// VEK_TOO_MANY_ELEMENTS when more than 65534 triangles of the second mesh crowd into one cell of
+/// its locator (the locator's bucket limit); on failure all results are empty.
 class VEK_EXPORT TriangleMeshIntersectTriangleMesh : public Object {
  public:
   static TriangleMeshIntersectTriangleMesh* New();
