@@ -3,29 +3,25 @@
 #include <new>
 #include <ostream>
 
-#include "vekErrorCodes.h"
+#include "vekAllocationStatus.h"
 
 namespace vek {
 
 QuadCollection* QuadCollection::New() { return new (std::nothrow) QuadCollection; }
 
 int QuadCollection::AddQuad(const OrderedQuadrilateral& quad, int id) {
-  try {
+  return CatchAllocationFailure([&] {
     Items.push_back(Item{quad, id});
-  } catch (const std::bad_alloc&) {
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
-  return VEK_SUCCESS;
+    return VEK_SUCCESS;
+  });
 }
 
 int QuadCollection::Reserve(int n) {
   if (n < 0) return VEK_INVALID_PARAMETERS;
-  try {
+  return CatchAllocationFailure([&] {
     Items.reserve(static_cast<size_t>(n));
-  } catch (const std::exception&) {
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
-  return VEK_SUCCESS;
+    return VEK_SUCCESS;
+  });
 }
 
 void QuadCollection::PrintSelf(std::ostream& os, Indent indent) const {

@@ -10,6 +10,7 @@
 #include <omp.h>
 #endif
 
+#include "vekAllocationStatus.h"
 #include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
 #include "vekRectilinearConnectivityTriangleMesh.h"
@@ -65,17 +66,12 @@ int RectilinearGridIntersectTriangleMesh::Update() {
       static_cast<long long>(numx) * numy > INT_MAX)
     return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS,
                                                "The grid needs at least 2 x 2 points and a positive spacing");
-  int status = VEK_FAILED_TO_ALLOCATE_MEMORY;
-  try {
-    status = Compute();
-  } catch (const std::bad_alloc&) {
-  }
-  if (status != VEK_SUCCESS) {
-    ClearResults();
-    if (status == VEK_FAILED_TO_ALLOCATE_MEMORY)
-      return ErrorHelper::ErrorWithCustomMessage(status, "Out of memory intersecting a grid with a triangle mesh");
-  }
-  return status;
+  const int status = CatchAllocationFailure([this] { return Compute(); });
+  if (status != VEK_SUCCESS) ClearResults();
+  // A code from the mesh intersection comes flagged, with its own message.
+  return status == VEK_FAILED_TO_ALLOCATE_MEMORY
+             ? ErrorHelper::ErrorWithCustomMessage(status, "Out of memory laying a grid over a triangle mesh")
+             : status;
 }
 
 int RectilinearGridIntersectTriangleMesh::Compute() {

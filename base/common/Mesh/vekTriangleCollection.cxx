@@ -3,7 +3,7 @@
 #include <new>
 #include <ostream>
 
-#include "vekErrorCodes.h"
+#include "vekAllocationStatus.h"
 
 namespace vek {
 
@@ -11,22 +11,18 @@ TriangleCollection* TriangleCollection::New() { return new (std::nothrow) Triang
 
 int TriangleCollection::AddTriangle(const vec2<double>& a, const vec2<double>& b, const vec2<double>& c, int firstId,
                                     int secondId) {
-  try {
+  return CatchAllocationFailure([&] {
     Items.push_back(Item{{a, b, c}, firstId, secondId});
-  } catch (const std::bad_alloc&) {
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
-  return VEK_SUCCESS;
+    return VEK_SUCCESS;
+  });
 }
 
 int TriangleCollection::Reserve(int n) {
   if (n < 0) return VEK_INVALID_PARAMETERS;
-  try {
+  return CatchAllocationFailure([&] {
     Items.reserve(static_cast<size_t>(n));
-  } catch (const std::exception&) {
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
-  return VEK_SUCCESS;
+    return VEK_SUCCESS;
+  });
 }
 
 void TriangleCollection::PrintSelf(std::ostream& os, Indent indent) const {

@@ -10,6 +10,7 @@
 #include <omp.h>
 #endif
 
+#include "vekAllocationStatus.h"
 #include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
 #include "vekTriangleLocator2D.h"
@@ -303,8 +304,8 @@ bool TriangleMeshIntersectTriangleMesh::IsTriangleUsable(const Triangle& triangl
 
 int TriangleMeshIntersectTriangleMesh::InitializeLocator(const TriangleMesh& mesh, TriangleLocator2D& locator,
                                                          std::vector<int>& ids) {
-  try {
-    ids.clear();
+  ids.clear();
+  const int status = CatchAllocationFailure([&] {
     for (int t = 0; t < mesh.GetNumTriangles(); ++t)
       if (IsTriangleUsable(mesh.GetTriangle(t))) ids.push_back(t);
     const int n = static_cast<int>(ids.size());
@@ -329,10 +330,9 @@ int TriangleMeshIntersectTriangleMesh::InitializeLocator(const TriangleMesh& mes
     const double ny = std::clamp(std::round(cells / nx), 1.0, double(kMaxCellsPerAxis));
     return locator.Initialize(corners.data(), 3 * n, triangles.data(), n, static_cast<int>(nx), static_cast<int>(ny),
                               0.0f);
-  } catch (const std::bad_alloc&) {
-    ids.clear();
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
+  });
+  if (status == VEK_FAILED_TO_ALLOCATE_MEMORY) ids.clear();
+  return status;
 }
 
 void TriangleMeshIntersectTriangleMesh::ClearResults() {
@@ -348,17 +348,12 @@ int TriangleMeshIntersectTriangleMesh::Update() {
   ClearResults();
   if (!FirstMesh || !SecondMesh)
     return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS, "Both meshes must be set before Update");
-  int status = VEK_FAILED_TO_ALLOCATE_MEMORY;
-  try {
-    status = Compute();
-  } catch (const std::bad_alloc&) {
-  }
-  if (status != VEK_SUCCESS) {
-    ClearResults();
-    if (status == VEK_FAILED_TO_ALLOCATE_MEMORY)
-      return ErrorHelper::ErrorWithCustomMessage(status, "Out of memory intersecting triangle meshes");
-  }
-  return status;
+  const int status = CatchAllocationFailure([this] { return Compute(); });
+  if (status == VEK_SUCCESS) return status;
+  ClearResults();
+  return status == VEK_FAILED_TO_ALLOCATE_MEMORY
+             ? ErrorHelper::ErrorWithCustomMessage(status, "Out of memory intersecting triangle meshes")
+             : status;
 }
 
 int TriangleMeshIntersectTriangleMesh::Compute() {
@@ -386,26 +381,24 @@ int TriangleMeshIntersectTriangleMesh::Compute() {
 #endif
   {
     std::vector<int> stamp, candidates;
-    bool ready = true;
-    try {
-      stamp.assign(second.size(), -1);
-      candidates.reserve(64);
-    } catch (const std::bad_alloc&) {
-      ready = false;
-      ++failures;
-    }
+    const bool ready = CatchAllocationFailure([&] {
+                         stamp.assign(second.size(), -1);
+                         candidates.reserve(64);
+                         return VEK_SUCCESS;
+                       }) == VEK_SUCCESS;
+    failures += !ready;
 #ifdef _OPENMP
 #pragma omp for schedule(dynamic, 1)
 #endif
     for (int c = 0; c < numChunks; ++c) {
       if (!ready) continue;
-      try {
+      const int status = CatchAllocationFailure([&] {
         IntersectChunk(first, second, *locator, c * kChunkSize, std::min(numFirst, (c + 1) * kChunkSize), buildRegion,
                        stamp, candidates, chunks[c]);
-        pairCount += static_cast<int>(chunks[c].Pairs.size());
-      } catch (const std::bad_alloc&) {
-        ++failures;
-      }
+        return VEK_SUCCESS;
+      });
+      failures += status != VEK_SUCCESS;
+      pairCount += static_cast<int>(chunks[c].Pairs.size());
     }
   }
   if (failures > 0) return VEK_FAILED_TO_ALLOCATE_MEMORY;
