@@ -365,9 +365,11 @@ int TriangleMeshIntersectTriangleMesh::Compute() {
   if (first.empty() || second.empty()) return VEK_SUCCESS;
   SmartPointer<TriangleLocator2D> locator = SmartPointer<TriangleLocator2D>::New();
   if (!locator) return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  // Both lists hold the usable triangles in id order, so a locator id indexes `second` directly.
   std::vector<int> ids;
   int status = InitializeLocator(*SecondMesh, *locator, ids);
   if (status != VEK_SUCCESS) return status;
+  if (ids.size() != second.size()) return VEK_INVALID_PARAMETERS;
 
   const int numFirst = static_cast<int>(first.size());
   const int numChunks = (numFirst + kChunkSize - 1) / kChunkSize;
