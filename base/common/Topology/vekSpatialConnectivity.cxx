@@ -122,8 +122,8 @@ int SpatialConnectivity::SetProjectorLayer(int projector, int layer) {
                                             ": an M x N grid takes its layers with its positions.");
   for (const auto& pair : Data.Pairs)
     if (pair.first == projector || pair.second == projector)
-      return Fail(VEK_INVALID_PARAMETERS, "Cannot set the layer of " + Projector(projector) +
-                                              ": it has neighbours in its present layer.");
+      return Fail(VEK_INVALID_PARAMETERS,
+                  "Cannot set the layer of " + Projector(projector) + ": it has neighbours in its present layer.");
   Data.Layers[static_cast<size_t>(projector)] = layer;
   return VEK_SUCCESS;
 }
@@ -150,8 +150,8 @@ int SpatialConnectivity::SetNumberOfCameras(int numberOfCameras) {
 
 int SpatialConnectivity::SetCameraSeesProjector(int camera, int projector, bool sees) {
   if (camera < 0 || camera >= Data.NumberOfCameras || projector < 0 || projector >= GetNumberOfProjectors())
-    return Fail(VEK_INVALID_PARAMETERS, "Camera " + std::to_string(camera) + " or " + Projector(projector) +
-                                            " out of range.");
+    return Fail(VEK_INVALID_PARAMETERS,
+                "Camera " + std::to_string(camera) + " or " + Projector(projector) + " out of range.");
   Data.Seen[static_cast<size_t>(camera) * Data.Layers.size() + static_cast<size_t>(projector)] = sees ? 1 : 0;
   return VEK_SUCCESS;
 }
@@ -196,8 +196,8 @@ int SpatialConnectivity::AddNeighbor(int a, int b) {
 }
 
 int SpatialConnectivity::AddNeighbor(int projector, int side, int neighbor) {
-  const std::string prefix = "Cannot add " + Projector(neighbor) + " as " + SideName(side) + " neighbour of " +
-                             Projector(projector) + ": ";
+  const std::string prefix =
+      "Cannot add " + Projector(neighbor) + " as " + SideName(side) + " neighbour of " + Projector(projector) + ": ";
   if (Data.Type != kLocalRectilinear)
     return Fail(VEK_UNABLE_TO_ADD_NEIGHBOR,
                 prefix + (Data.Type == kGlobalMxN ? "the GlobalMxN kind takes its neighbours from its grid."
@@ -212,8 +212,8 @@ int SpatialConnectivity::AddNeighbor(int projector, int side, int neighbor) {
   if (forward != kNone)
     return Fail(VEK_UNABLE_TO_RE_ADD_NEIGHBOR, prefix + "that side already holds " + Projector(forward) + ".");
   if (backward != kNone)
-    return Fail(VEK_UNABLE_TO_RE_ADD_NEIGHBOR, prefix + "its " + SideName(GetOppositeSide(side)) +
-                                                   " side already holds " + Projector(backward) + ".");
+    return Fail(VEK_UNABLE_TO_RE_ADD_NEIGHBOR,
+                prefix + "its " + SideName(GetOppositeSide(side)) + " side already holds " + Projector(backward) + ".");
   if (AreNeighbors(projector, neighbor))
     return Fail(VEK_UNABLE_TO_RE_ADD_NEIGHBOR, prefix + "they are already neighbours on another side.");
   try {
@@ -241,8 +241,8 @@ std::string SpatialConnectivity::LinkGrid(Contents& c) {
     const int row = c.GridRows[i], column = c.GridColumns[i];
     if (row < 0 || row >= c.Rows || column < 0 || column >= c.Columns)
       return Projector(static_cast<int>(i)) + " lies outside the grid.";
-    int& cell = cells[static_cast<size_t>(c.Layers[i] * cellsPerLayer + static_cast<long long>(row) * c.Columns +
-                                          column)];
+    int& cell =
+        cells[static_cast<size_t>(c.Layers[i] * cellsPerLayer + static_cast<long long>(row) * c.Columns + column)];
     if (cell != kNone)
       return Projector(static_cast<int>(i)) + " and " + Projector(cell) + " share row " + std::to_string(row) +
              ", column " + std::to_string(column) + " of layer " + std::to_string(c.Layers[i]) + ".";
@@ -375,8 +375,8 @@ int SpatialConnectivity::ForceGlobalGrid(int rows, int columns, const std::vecto
     c.GridColumns = projectorColumns;
     const std::string wrong = LinkGrid(c);
     if (!wrong.empty())
-      return Fail(VEK_UNABLE_TO_FORCE_CONNECTIVITY, "Cannot force a " + std::to_string(rows) + " x " +
-                                                        std::to_string(columns) + " grid: " + wrong);
+      return Fail(VEK_UNABLE_TO_FORCE_CONNECTIVITY,
+                  "Cannot force a " + std::to_string(rows) + " x " + std::to_string(columns) + " grid: " + wrong);
     std::swap(Data, c);
   } catch (const std::bad_alloc&) {
     return VEK_FAILED_TO_ALLOCATE_MEMORY;
@@ -476,12 +476,13 @@ int SpatialConnectivity::Read(std::istream& in) {
     if (layers.GetNumberOfValues() != p)
       return damaged("layers array holds " + std::to_string(layers.GetNumberOfValues()) + " values for " +
                      std::to_string(p) + " projectors.");
-    const long long expectedNeighbors =
-        type == kLocalRectilinear ? 4LL * p : type == kGlobalMxN ? 2LL * p : neighbors.GetNumberOfValues();
+    const long long expectedNeighbors = type == kLocalRectilinear ? 4LL * p
+                                        : type == kGlobalMxN      ? 2LL * p
+                                                                  : neighbors.GetNumberOfValues();
     if (neighbors.GetNumberOfValues() != expectedNeighbors || neighbors.GetNumberOfValues() % 2 != 0)
       return damaged("neighbours array holds " + std::to_string(neighbors.GetNumberOfValues()) +
-                     " values, which does not suit " + std::to_string(p) + " projectors of the " +
-                     GetTypeName(type) + " kind.");
+                     " values, which does not suit " + std::to_string(p) + " projectors of the " + GetTypeName(type) +
+                     " kind.");
     if (seen.GetNumberOfValues() != static_cast<long long>(cameras) * p)
       return damaged("camera visibility array holds " + std::to_string(seen.GetNumberOfValues()) + " values for " +
                      std::to_string(cameras) + " cameras and " + std::to_string(p) + " projectors.");

@@ -146,11 +146,11 @@ class VEK_EXPORT SpatialConnectivity : public Object {
     int NumberOfCameras = 0;
     int Rows = 0;
     int Columns = 0;
-    std::vector<int> Layers;                   // per projector
-    std::vector<std::array<int, 4>> Sides;     // per projector, kinds with sides only
-    std::vector<int> GridRows, GridColumns;    // per projector, kGlobalMxN only
-    std::vector<std::pair<int, int>> Pairs;    // every kind, a < b, ascending
-    std::vector<unsigned char> Seen;           // camera-major, C x P
+    std::vector<int> Layers;                 // per projector
+    std::vector<std::array<int, 4>> Sides;   // per projector, kinds with sides only
+    std::vector<int> GridRows, GridColumns;  // per projector, kGlobalMxN only
+    std::vector<std::pair<int, int>> Pairs;  // every kind, a < b, ascending
+    std::vector<unsigned char> Seen;         // camera-major, C x P
   };
 
   /// Sides and pairs of a kGlobalMxN model from its rows, columns, positions and layers; returns
