@@ -57,15 +57,11 @@ namespace vek {
 /// first "}" it meets.
 class VEK_EXPORT SpatialConnectivity : public Object {
  public:
-  static constexpr int kGeneric = 0;
-  static constexpr int kLocalRectilinear = 1;
-  static constexpr int kGlobalMxN = 2;
-
-  static constexpr int kLeft = 0;
-  static constexpr int kRight = 1;
-  static constexpr int kUpper = 2;
-  static constexpr int kLower = 3;
-  static constexpr int kNone = -1;
+  // Enumerators rather than static data, so that callers across the DLL boundary may bind them
+  // to references (as test macros do) without importing a symbol.
+  enum ConnectivityType : int { kGeneric = 0, kLocalRectilinear = 1, kGlobalMxN = 2 };
+  enum NeighborSide : int { kLeft = 0, kRight = 1, kUpper = 2, kLower = 3 };
+  enum : int { kNone = -1 };
 
   static constexpr const char* kStreamType = "SpatialConnectivity";
   static constexpr const char* kStreamVersion = "1.0";
