@@ -226,7 +226,12 @@ int SpatialConnectivity::AddNeighbor(int projector, int side, int neighbor) {
   return VEK_SUCCESS;
 }
 
-std::string SpatialConnectivity::LinkGrid(Contents& c) {
+std::string SpatialConnectivity::LinkGrid(Contents& c, int rows, int columns, const std::vector<int>& gridRows,
+                                          const std::vector<int>& gridColumns) {
+  c.Rows = rows;
+  c.Columns = columns;
+  c.GridRows = gridRows;
+  c.GridColumns = gridColumns;
   const size_t p = c.Layers.size();
   int layers = 0;
   for (int layer : c.Layers) layers = std::max(layers, layer + 1);
@@ -324,11 +329,7 @@ std::string SpatialConnectivity::DeriveGrid(Contents& c) {
     columns = layerColumns;
   }
   Contents grid = c;
-  grid.Rows = rows;
-  grid.Columns = columns;
-  grid.GridRows = row;
-  grid.GridColumns = column;
-  const std::string wrong = LinkGrid(grid);
+  const std::string wrong = LinkGrid(grid, rows, columns, row, column);
   if (!wrong.empty()) return wrong;
   // Every side the grid implies must have been there: M x N neighbours are never implicit.
   if (grid.Pairs != c.Pairs) return "the sides leave adjacent cells of the grid unlinked.";
@@ -369,11 +370,7 @@ int SpatialConnectivity::ForceGlobalGrid(int rows, int columns, const std::vecto
                                          const std::vector<int>& projectorColumns) {
   try {
     Contents c = Data;
-    c.Rows = rows;
-    c.Columns = columns;
-    c.GridRows = projectorRows;
-    c.GridColumns = projectorColumns;
-    const std::string wrong = LinkGrid(c);
+    const std::string wrong = LinkGrid(c, rows, columns, projectorRows, projectorColumns);
     if (!wrong.empty())
       return Fail(VEK_UNABLE_TO_FORCE_CONNECTIVITY,
                   "Cannot force a " + std::to_string(rows) + " x " + std::to_string(columns) + " grid: " + wrong);

@@ -149,9 +149,10 @@ class VEK_EXPORT SpatialConnectivity : public Object {
     std::vector<unsigned char> Seen;         // camera-major, C x P
   };
 
-  /// Sides and pairs of a kGlobalMxN model from its rows, columns, positions and layers; returns
-  /// what is wrong, or "" when every layer is a full grid.
-  static std::string LinkGrid(Contents& contents);
+  /// Makes `contents` the kGlobalMxN model of the grid given, with its present layers: sides and
+  /// pairs follow from the positions. Returns what is wrong, or "" when every layer is full.
+  static std::string LinkGrid(Contents& contents, int rows, int columns, const std::vector<int>& gridRows,
+                              const std::vector<int>& gridColumns);
   /// Grid positions of a model with sides, found by walking the sides; "" or what is wrong.
   static std::string DeriveGrid(Contents& contents);
   static void InsertPair(Contents& contents, int a, int b);
