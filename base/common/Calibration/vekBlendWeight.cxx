@@ -6,17 +6,24 @@ namespace vek {
 
 namespace {
 
-// 4 s (1 - s), clamped to 0 outside [0, 1].
-double Parabola(double value, double low, double high) {
+// The factor of one axis: zero on (and beyond) the edges that take part, 1 at the far side of
+// an edge alone, or everywhere when neither takes part.
+double Parabola(double value, double low, double high, bool lowEdge, bool highEdge) {
   if (!(high > low)) return 0;
   const double s = (value - low) / (high - low);
-  return s > 0 && s < 1 ? 4 * s * (1 - s) : 0;
+  if ((lowEdge && !(s > 0)) || (highEdge && !(s < 1))) return 0;
+  const double clamped = s < 0 ? 0 : s > 1 ? 1 : s;
+  if (lowEdge && highEdge) return 4 * clamped * (1 - clamped);
+  if (lowEdge) return clamped * (2 - clamped);
+  if (highEdge) return (1 - clamped) * (1 + clamped);
+  return 1;
 }
 
 }  // namespace
 
 double BlendWeight::Weight(const vec2<double>& pixel) const {
-  const double d = Parabola(pixel.x, Min.x, Max.x) * Parabola(pixel.y, Min.y, Max.y);
+  const double d = Parabola(pixel.x, Min.x, Max.x, Edges & kLeftEdge, Edges & kRightEdge) *
+                   Parabola(pixel.y, Min.y, Max.y, Edges & kTopEdge, Edges & kBottomEdge);
   return d > 0 ? std::pow(d, Gamma) : 0;
 }
 

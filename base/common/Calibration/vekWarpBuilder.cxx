@@ -103,8 +103,53 @@ double ContentArea(const WarpVertex& a, const WarpVertex& b, const WarpVertex& c
                         (b.Content.y - a.Content.y) * (c.Content.x - a.Content.x));
 }
 
-BlendWeight WeightOf(const ProjectorFootprint& footprint, double gamma) {
-  return BlendWeight(footprint.GetProjectorMin(), footprint.GetProjectorMax(), gamma);
+// Whether the segment a-b of content space meets the unit square, widened a little so that an
+// edge lying on the fill region's edge counts whichever way it rounds (Liang-Barsky: inside each
+// side is p t <= q for the point a + t (b - a)).
+bool MeetsContent(const vec2<double>& a, const vec2<double>& b) {
+  constexpr double kSlack = 1e-6;
+  double enter = 0, leave = 1;
+  const double p[4] = {-(b.x - a.x), b.x - a.x, -(b.y - a.y), b.y - a.y};
+  const double q[4] = {a.x + kSlack, 1 + kSlack - a.x, a.y + kSlack, 1 + kSlack - a.y};
+  for (int side = 0; side < 4; ++side) {
+    if (p[side] == 0) {
+      if (q[side] < 0) return false;
+    } else if (p[side] < 0) {
+      enter = std::max(enter, q[side] / p[side]);
+    } else {
+      leave = std::min(leave, q[side] / p[side]);
+    }
+  }
+  return enter <= leave;
+}
+
+// The edges of a projector's spot grid that reach into the fill region (BlendWeight::Edge).
+int EdgesInFill(const ProjectorFootprint& footprint, const ScreenModel& screen) {
+  const TriangleMesh& camera = *footprint.GetMappingCameraMesh();
+  const int columns = footprint.GetColumns(), rows = footprint.GetRows();
+  auto reaches = [&](int first, int step, int count) {
+    bool previousKnown = false;
+    vec2<double> previous;
+    for (int k = 0; k < count; ++k) {
+      const vec2<float>& point = camera.GetPoint(first + k * step);
+      vec2<double> content;
+      const bool known = !point.IsUnset() && screen.CameraToContent({point.x, point.y}, content);
+      if (known && MeetsContent(previousKnown ? previous : content, content)) return true;
+      previousKnown = known;
+      if (known) previous = content;
+    }
+    return false;
+  };
+  int edges = 0;
+  if (reaches(0, columns, rows)) edges |= BlendWeight::kLeftEdge;
+  if (reaches(columns - 1, columns, rows)) edges |= BlendWeight::kRightEdge;
+  if (reaches(0, 1, columns)) edges |= BlendWeight::kTopEdge;
+  if (reaches((rows - 1) * columns, 1, columns)) edges |= BlendWeight::kBottomEdge;
+  return edges;
+}
+
+BlendWeight WeightOf(const ProjectorFootprint& footprint, double gamma, int edges) {
+  return BlendWeight(footprint.GetProjectorMin(), footprint.GetProjectorMax(), gamma, edges);
 }
 
 }  // namespace
@@ -113,14 +158,14 @@ double WarpBuilder::AlphaAt(int projector, const vec2<double>& pixel, const vec2
                             const std::vector<int>& blendPartners) const {
   const ProjectorFootprint& footprint = *Projectors[projector];
   auto share = [&](const vec2<double>& ownPixel, const vec2<double>& at, double& own, double& total) {
-    own = WeightOf(footprint, Gamma).Weight(ownPixel);
+    own = WeightOf(footprint, Gamma, Edges[projector]).Weight(ownPixel);
     total = own;
     int covering = 1;
     const vec2<float> point(static_cast<float>(at.x), static_cast<float>(at.y));
     for (int partner : blendPartners) {
       vec2<double> partnerPixel;
       if (partner == projector || !Projectors[partner]->CameraToProjector(point, partnerPixel)) continue;
-      total += WeightOf(*Projectors[partner], Gamma).Weight(partnerPixel);
+      total += WeightOf(*Projectors[partner], Gamma, Edges[partner]).Weight(partnerPixel);
       ++covering;
     }
     return covering;
@@ -168,6 +213,9 @@ int WarpBuilder::Build(int projector, const std::vector<int>& blendPartners) {
       return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS,
                                                  "Blend partner " + std::to_string(partner) + " is no projector");
   const ProjectorFootprint& footprint = *Projectors[projector];
+  Edges.assign(Projectors.size(), BlendWeight::kAllEdges);
+  for (int p : blendPartners) Edges[p] = EdgesInFill(*Projectors[p], *Screen);
+  Edges[projector] = EdgesInFill(footprint, *Screen);
   const vec2<double> low = footprint.GetProjectorMin(), high = footprint.GetProjectorMax();
   if (!(high.x > low.x) || !(high.y > low.y))
     return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS, "The projector's spots span no area");

@@ -20,8 +20,9 @@ namespace vek {
 ///   and takes the camera point interpolated there; the screen model gives its content point.
 ///   Cells with a corner the spots do not reach are left out.
 /// - Blend: at the grid point's camera point every projector of `blendPartners` that reaches it
-///   (ProjectorFootprint::CameraToProjector) adds its BlendWeight; the alpha is this projector's
-///   share to the power 1/gamma (BlendWeight::Alpha), so the light of all of them adds up to 1.
+///   (ProjectorFootprint::CameraToProjector) adds its BlendWeight, falling to zero at those of
+///   its edges that reach into the fill region; the alpha is this projector's share to the
+///   power 1/gamma (BlendWeight::Alpha), so the light of all of them adds up to 1.
 /// - The mesh is cut along the fill region's edge (u or v = 0 or 1): triangles are clipped in
 ///   content space, the new vertices interpolated linearly (as the renderer does) and shared by the
 ///   triangles on both sides of the cut, so the image ends exactly at the edge and no triangle
@@ -61,6 +62,7 @@ class VEK_EXPORT WarpBuilder : public Object {
                  const std::vector<int>& blendPartners) const;
 
   std::vector<const ProjectorFootprint*> Projectors;
+  std::vector<int> Edges;  // BlendWeight::Edge sums, by projector, for the Build under way
   const ScreenModel* Screen = nullptr;
   int Step = 32;
   double Gamma = 2.2;
