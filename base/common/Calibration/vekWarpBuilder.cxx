@@ -17,6 +17,13 @@ namespace vek {
 
 namespace {
 
+// Where the blend needs it, a warp grid interval is split in this many.
+constexpr int kRefinement = 4;
+// How far the alpha in the middle of an interval may stray from the straight line between its
+// ends before the interval is split: the renderer interpolates linearly, and the light of two
+// projectors is to add up to 1 within about 1%.
+constexpr double kRefineTolerance = 0.002;
+
 struct WarpVertex {
   vec2<double> Pixel;
   vec2<double> Content;
@@ -223,16 +230,20 @@ int WarpBuilder::Build(int projector, const std::vector<int>& blendPartners) {
   double spaceX = 0, spaceY = 0;
   const int columns = EvenPoints(low.x, high.x, Step, spaceX);
   const int rows = EvenPoints(low.y, high.y, Step, spaceY);
+  // Every grid point is mapped on a grid Refinement times finer; the coarse grid takes the fine
+  // columns (rows) of an interval only where the blend needs them.
+  const int refinement = std::clamp(static_cast<int>(std::min(spaceX, spaceY)), 1, kRefinement);
+  const int fineColumns = (columns - 1) * refinement + 1, fineRows = (rows - 1) * refinement + 1;
   SmartPointer<RectilinearGrid> grid = SmartPointer<RectilinearGrid>::New();
   SmartPointer<RectilinearGridIntersectTriangleMesh> locate = SmartPointer<RectilinearGridIntersectTriangleMesh>::New();
   SmartPointer<TextureMesh> warp = SmartPointer<TextureMesh>::New();
   if (!grid || !locate || !warp) return VEK_FAILED_TO_ALLOCATE_MEMORY;
   grid->SetOffsetx(static_cast<float>(low.x));
   grid->SetOffsety(static_cast<float>(low.y));
-  grid->SetSpacex(static_cast<float>(spaceX));
-  grid->SetSpacey(static_cast<float>(spaceY));
-  grid->SetNumx(columns);
-  grid->SetNumy(rows);
+  grid->SetSpacex(static_cast<float>(spaceX / refinement));
+  grid->SetSpacey(static_cast<float>(spaceY / refinement));
+  grid->SetNumx(fineColumns);
+  grid->SetNumy(fineRows);
   locate->SetGrid(grid.GetPointer());
   locate->SetMesh(footprint.GetMappingProjectorMesh());
   // Callers build several projectors at once; one thread each keeps the threads from multiplying.
@@ -240,40 +251,85 @@ int WarpBuilder::Build(int projector, const std::vector<int>& blendPartners) {
   int status = locate->Update();
   if (status != VEK_SUCCESS) return status;
 
-  // Grid points: projector pixel -> camera point -> content point and blend alpha.
+  // Fine grid points: projector pixel -> camera point -> content point; the blend alpha only
+  // where it is asked for.
   const TriangleMesh& camera = *footprint.GetMappingCameraMesh();
-  std::vector<WarpVertex> vertices(static_cast<size_t>(columns) * rows);
-  std::vector<char> mapped(vertices.size(), 0);
-  for (int j = 0; j < rows; ++j)
-    for (int i = 0; i < columns; ++i) {
-      const int point = j * columns + i;
+  const size_t finePoints = static_cast<size_t>(fineColumns) * fineRows;
+  std::vector<WarpVertex> fine(finePoints);
+  std::vector<vec2<double>> cameraPoints(finePoints);
+  std::vector<char> mappedFine(finePoints, 0), alphaKnown(finePoints, 0);
+  for (int j = 0; j < fineRows; ++j)
+    for (int i = 0; i < fineColumns; ++i) {
+      const int point = j * fineColumns + i;
       const int triangle = locate->GetPointTriangle(point);
       if (triangle == RectilinearGridIntersectTriangleMesh::kNoTriangle) continue;
-      const auto* weights = locate->GetPointWeights(point);
+      const float* weights = locate->GetPointWeights(point);
       int corners[3];
       camera.GetTriangleVerticesInArray(triangle, corners);
-      vec2<double> cameraPoint(0, 0);
+      vec2<double>& cameraPoint = cameraPoints[point];
+      cameraPoint = vec2<double>(0, 0);
       for (int k = 0; k < 3; ++k) {
         cameraPoint.x += weights[k] * static_cast<double>(camera.GetPoint(corners[k]).x);
         cameraPoint.y += weights[k] * static_cast<double>(camera.GetPoint(corners[k]).y);
       }
-      WarpVertex& vertex = vertices[point];
       // The last column and row lie exactly on the area's edge.
-      vertex.Pixel = {i == columns - 1 ? high.x : low.x + i * spaceX, j == rows - 1 ? high.y : low.y + j * spaceY};
-      if (!Screen->CameraToContent(cameraPoint, vertex.Content)) continue;
-
-      vertex.Alpha = AlphaAt(projector, vertex.Pixel, cameraPoint, blendPartners);
-      mapped[point] = 1;
+      fine[point].Pixel = {i == fineColumns - 1 ? high.x : low.x + i * spaceX / refinement,
+                           j == fineRows - 1 ? high.y : low.y + j * spaceY / refinement};
+      mappedFine[point] = Screen->CameraToContent(cameraPoint, fine[point].Content) ? 1 : 0;
     }
+  auto alpha = [&](int i, int j) {
+    const int point = j * fineColumns + i;
+    if (!alphaKnown[point]) {
+      fine[point].Alpha = AlphaAt(projector, fine[point].Pixel, cameraPoints[point], blendPartners);
+      alphaKnown[point] = 1;
+    }
+    return fine[point].Alpha;
+  };
+  // An interval is refined where the alpha at its middle strays from the straight line between
+  // its ends by more than the renderer's linear interpolation may.
+  auto strays = [&](int i0, int j0, int i1, int j1) {
+    const int im = (i0 + i1) / 2, jm = (j0 + j1) / 2;
+    for (int point : {j0 * fineColumns + i0, j1 * fineColumns + i1, jm * fineColumns + im})
+      if (!mappedFine[point]) return false;
+    return std::abs(alpha(im, jm) - 0.5 * (alpha(i0, j0) + alpha(i1, j1))) > kRefineTolerance;
+  };
+  std::vector<int> keptColumns, keptRows;
+  for (int i = 0; i < columns; ++i) {
+    keptColumns.push_back(i * refinement);
+    bool refine = false;
+    for (int j = 0; j < rows && i + 1 < columns && refinement > 1 && !refine; ++j)
+      refine = strays(i * refinement, j * refinement, (i + 1) * refinement, j * refinement);
+    for (int k = 1; refine && k < refinement; ++k) keptColumns.push_back(i * refinement + k);
+  }
+  for (int j = 0; j < rows; ++j) {
+    keptRows.push_back(j * refinement);
+    bool refine = false;
+    for (int i = 0; i < columns && j + 1 < rows && refinement > 1 && !refine; ++i)
+      refine = strays(i * refinement, j * refinement, i * refinement, (j + 1) * refinement);
+    for (int k = 1; refine && k < refinement; ++k) keptRows.push_back(j * refinement + k);
+  }
+
+  const int keptColumnCount = static_cast<int>(keptColumns.size()), keptRowCount = static_cast<int>(keptRows.size());
+  std::vector<WarpVertex> vertices(static_cast<size_t>(keptColumnCount) * keptRowCount);
+  std::vector<char> mapped(vertices.size(), 0);
+  for (int r = 0; r < keptRowCount; ++r)
+    for (int c = 0; c < keptColumnCount; ++c) {
+      const int point = keptRows[r] * fineColumns + keptColumns[c];
+      if (!mappedFine[point]) continue;
+      alpha(keptColumns[c], keptRows[r]);
+      vertices[static_cast<size_t>(r) * keptColumnCount + c] = fine[point];
+      mapped[static_cast<size_t>(r) * keptColumnCount + c] = 1;
+    }
+  const int gridColumns = keptColumnCount, gridRows = keptRowCount;
 
   // Two triangles per cell whose corners all map (the grid mesh's diagonal), cut at the fill edge.
   ContentClipper clipper(vertices);
   std::vector<int> triangles;
   double coverage = 0;
-  for (int j = 0; j + 1 < rows; ++j)
-    for (int i = 0; i + 1 < columns; ++i) {
-      const int p = j * columns + i;
-      const int cell[2][3] = {{p, p + columns + 1, p + 1}, {p + columns + 1, p, p + columns}};
+  for (int j = 0; j + 1 < gridRows; ++j)
+    for (int i = 0; i + 1 < gridColumns; ++i) {
+      const int p = j * gridColumns + i;
+      const int cell[2][3] = {{p, p + gridColumns + 1, p + 1}, {p + gridColumns + 1, p, p + gridColumns}};
       for (const auto& corners : cell) {
         if (!mapped[corners[0]] || !mapped[corners[1]] || !mapped[corners[2]]) continue;
         const std::vector<int> polygon = clipper.Clip({corners[0], corners[1], corners[2]});
@@ -307,8 +363,8 @@ int WarpBuilder::Build(int projector, const std::vector<int>& blendPartners) {
 
   Warp = warp;
   Coverage = coverage;
-  GridColumns = columns;
-  GridRows = rows;
+  GridColumns = gridColumns;
+  GridRows = gridRows;
   return VEK_SUCCESS;
 }
 
