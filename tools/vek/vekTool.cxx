@@ -71,7 +71,8 @@ int main(int argc, char** argv) {
       "go to standard error); 2 when the command line is not understood.\n"
       "The library works in the folder VEK_BASE_DIR names (options live in its Config folder).");
   Commands commands(app);
-  for (auto add : {AddVersionCommand, AddErrorCommand, AddOptionCommands, AddLensCommands, AddMeshCommands})
+  for (auto add : {AddVersionCommand, AddErrorCommand, AddOptionCommands, AddLensCommands, AddMeshCommands,
+                    AddCalibrationCommands})
     add(commands);
   try {
     app.parse(argc, argv);

@@ -49,5 +49,6 @@ void AddErrorCommand(Commands& commands);
 void AddOptionCommands(Commands& commands);
 void AddLensCommands(Commands& commands);
 void AddMeshCommands(Commands& commands);
+void AddCalibrationCommands(Commands& commands);
 
 }  // namespace vek::tool

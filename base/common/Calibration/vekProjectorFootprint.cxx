@@ -1,5 +1,6 @@
 #include "vekProjectorFootprint.h"
 
+#include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
 #include <new>
@@ -14,10 +15,14 @@ namespace vek {
 
 namespace {
 
-// A missing spot is estimated from at least this many found spots around it.
+// A missing spot is estimated from at least this many found spots around it, when the
+// smoothing window has too few for its quadratic.
 constexpr int kFillNeighbours = 6;
 constexpr int kFillRadiusFirst = 2;
 constexpr int kFillRadiusLast = 4;
+// The smoothing window, in spots per side, and the found spots its quadratic needs.
+constexpr int kSmoothingWindow = 7;
+constexpr int kSmoothingMinimum = 12;
 // Barycentric and box slack of the camera -> projector look-up, so that points on the mesh's
 // outer edge are found despite rounding.
 constexpr float kLocateTolerance = 1e-3f;
@@ -60,6 +65,39 @@ SmartPointer<TriangleMesh> MeshOfSetTriangles(const std::vector<vec2<float>>& po
   for (size_t t = 0; t < kept.size() / 3; ++t)
     mesh->AddTriangle(static_cast<int>(t), kept[3 * t], kept[3 * t + 1], kept[3 * t + 2]);
   return mesh;
+}
+
+// Spot (i, j) as the quadratic (in projector pixels) that best fits the found spots of the
+// kSmoothingWindow x kSmoothingWindow window around it (shifted to stay inside the grid) gives it;
+// false when the window has fewer than kSmoothingMinimum found spots.
+bool SmoothSpot(int i, int j, int columns, int rows, const std::vector<vec2<float>>& projector,
+                const std::vector<vec2<float>>& camera, vec2<float>& smoothed) {
+  const int width = std::min(kSmoothingWindow, columns), height = std::min(kSmoothingWindow, rows);
+  const int i0 = std::clamp(i - width / 2, 0, columns - width), j0 = std::clamp(j - height / 2, 0, rows - height);
+  const vec2<float>& centre = projector[j * columns + i];
+  // Coordinates relative to the spot, in units of the window's size, keep the equations balanced.
+  const double scaleX = std::max(1e-9, std::abs(static_cast<double>(projector[j0 * columns + i0 + width - 1].x) -
+                                                projector[j0 * columns + i0].x));
+  const double scaleY = std::max(1e-9, std::abs(static_cast<double>(projector[(j0 + height - 1) * columns + i0].y) -
+                                                projector[j0 * columns + i0].y));
+  Eigen::Matrix<double, Eigen::Dynamic, 6> design(width * height, 6);
+  Eigen::Matrix<double, Eigen::Dynamic, 2> values(width * height, 2);
+  int used = 0;
+  for (int jj = j0; jj < j0 + height; ++jj)
+    for (int ii = i0; ii < i0 + width; ++ii) {
+      const int k = jj * columns + ii;
+      if (!IsFound(camera[k])) continue;
+      const double u = (projector[k].x - centre.x) / scaleX, v = (projector[k].y - centre.y) / scaleY;
+      design.row(used) << 1, u, v, u * u, u * v, v * v;
+      values.row(used) << camera[k].x, camera[k].y;
+      ++used;
+    }
+  if (used < kSmoothingMinimum) return false;
+  const Eigen::Matrix<double, 6, 2> fit =
+      design.topRows(used).colPivHouseholderQr().solve(values.topRows(used));
+  // At the spot itself u = v = 0, so the fitted value is the constant term.
+  smoothed = vec2<float>(static_cast<float>(fit(0, 0)), static_cast<float>(fit(0, 1)));
+  return IsFound(smoothed);
 }
 
 // The missing spot (i, j) from the homography of the found spots around it.
@@ -142,13 +180,17 @@ int ProjectorFootprint::Build(int columns, int rows, const std::vector<vec2<floa
     sumSquares += d * d;
   }
 
+  // The mapping's spots: smoothed where the window allows, missing ones filled in.
   std::vector<vec2<float>> mapping = camera;
   int filled = 0;
   for (int j = 0; j < rows; ++j)
-    for (int i = 0; i < columns; ++i)
-      if (!IsFound(camera[j * columns + i]) &&
-          FillSpot(i, j, columns, rows, projectorPoints, camera, mapping[j * columns + i]))
-        ++filled;
+    for (int i = 0; i < columns; ++i) {
+      const int k = j * columns + i;
+      const bool found = IsFound(camera[k]);
+      if (SmoothSpot(i, j, columns, rows, projectorPoints, camera, mapping[k]) ||
+          (!found && FillSpot(i, j, columns, rows, projectorPoints, camera, mapping[k])))
+        filled += found ? 0 : 1;
+    }
 
   std::vector<int> corners;
   int status = GridTriangles(columns, rows, corners);

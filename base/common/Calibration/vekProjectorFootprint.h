@@ -20,11 +20,14 @@ namespace vek {
 /// - the footprint (GetCameraMesh/GetProjectorMesh): only the triangles whose three spots were
 ///   found, in the grid mesh's triangle order. It is what the projector was seen to cover, and what
 ///   connectivity and coverage are judged on.
-/// - the mapping (GetMappingCameraMesh/GetMappingProjectorMesh): the same grid with missing spots
-///   filled in, so that a spot the camera missed leaves no hole in the warp. A missing spot is
-///   estimated by the homography that best fits the found spots around it (the 5 x 5 spots
-///   centred on it, widened up to 9 x 9 until six are found); on a flat screen that is exact up to
-///   noise, elsewhere a local approximation. A spot with too few found neighbours stays missing.
+/// - the mapping (GetMappingCameraMesh/GetMappingProjectorMesh): the same grid with every spot
+///   replaced by the quadratic (in projector pixels) that best fits the found spots of the 7 x 7
+///   spots around it (the window shifted to stay inside the grid, at least 12 found). That
+///   averages detection noise (about halving it) while following a curved screen, and fills in
+///   the spots the camera missed, so that they leave no hole in the warp. Where the window has
+///   too few spots (small grids) a found spot is kept as measured and a missing one is estimated
+///   by the homography of the found spots around it (5 x 5, widened up to 9 x 9 until six are
+///   found); one with too few found neighbours stays missing.
 ///
 /// The residuals are those of the found spots against the one homography that best fits all of
 /// them (projector pixels -> undistorted camera pixels): on a flat screen, measurement noise plus

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <sstream>
 
+#include "vekCalibrationPictures.h"
 #include "vekConnectivityUtility.h"
 #include "vekDataFile.h"
 #include "vekErrorCodes.h"
@@ -198,6 +199,35 @@ int WarpCalibration::Write(const std::string& outDir) const {
   if (status != VEK_SUCCESS) return status;
   summary->SetFileName(PathIn(outDir, kSummaryFileName));
   return summary->Write();
+}
+
+std::string WarpCalibration::AlphaMapFileName(int projector) {
+  return "projector_" + std::to_string(projector) + "_alpha.png";
+}
+
+int WarpCalibration::WriteCameraView(const std::string& svgPath) const {
+  std::vector<const ProjectorFootprint*> footprints;
+  std::vector<const TextureMesh*> warps;
+  for (int p = 0; p < GetNumberOfProjectors(); ++p) {
+    footprints.push_back(Footprints[p].GetPointer());
+    warps.push_back(Warps[p].GetPointer());
+  }
+  if (!Screen) return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS, "Nothing computed to draw");
+  return CalibrationPictures::WriteCameraViewSvg(svgPath, footprints, warps, *Screen);
+}
+
+int WarpCalibration::WriteAlphaMaps(const std::string& dir) const {
+  std::error_code error;
+  std::filesystem::create_directories(dir, error);
+  if (error)
+    return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING,
+                                               "Cannot create the folder " + dir + ": " + error.message());
+  for (int p = 0; p < GetNumberOfProjectors(); ++p) {
+    const int status =
+        CalibrationPictures::WriteAlphaPng(PathIn(dir, AlphaMapFileName(p)), *Warps[p], Sizes[p].first, Sizes[p].second);
+    if (status != VEK_SUCCESS) return status;
+  }
+  return VEK_SUCCESS;
 }
 
 int WarpCalibration::Run(const std::string& calibrationDir, const std::string& outDir,

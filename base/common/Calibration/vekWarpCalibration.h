@@ -58,6 +58,11 @@ class VEK_EXPORT WarpCalibration : public Object {
   int Compute(const CalibrationFolder& folder, const CalibrationSettings& settings,
               const std::string& folderPath = std::string());
   int Write(const std::string& outDir) const;
+  /// Pictures of the result (CalibrationPictures): the camera's view as SVG, and each
+  /// projector's alpha map as projector_<k>_alpha.png in `dir`, at its resolution.
+  int WriteCameraView(const std::string& svgPath) const;
+  int WriteAlphaMaps(const std::string& dir) const;
+  static std::string AlphaMapFileName(int projector);
 
   /// The one call of `vek warp`: reads the folder, settles the settings (built-in defaults, then
   /// `defaults` as given, then the folder's, then `overrides`), computes and writes.
