@@ -21,6 +21,7 @@ constexpr float kBarycentricTolerance = 1e-4f;
 // About two triangles per locator cell, and no more cells than a large warp earns.
 constexpr int kTrianglesPerCell = 2;
 constexpr int kMaxCellsPerSide = 512;
+constexpr double kPi = 3.14159265358979323846;
 
 bool IsRealVertex(const vec2<float>& xy) {
   if (xy.IsUnset() || (xy.x == TextureMesh::kDroppedX && xy.y == TextureMesh::kDroppedY)) return false;
@@ -73,6 +74,17 @@ class AlphaLookup {
     Min = Locator->GetMin();
     Max = Locator->GetMax();
     return VEK_SUCCESS;
+  }
+
+  // Whether a triangle of the warp lies within `radius` pixels: probes in eight directions, which
+  // find any edge closer than 0.92 radius.
+  bool IsNear(const vec2<double>& pixel, double radius) const {
+    double ignored;
+    for (int k = 0; k < 8; ++k) {
+      const double angle = k * kPi / 4;
+      if (Alpha({pixel.x + radius * std::cos(angle), pixel.y + radius * std::sin(angle)}, ignored)) return true;
+    }
+    return false;
   }
 
   // False where no triangle of the warp holds the pixel.
@@ -163,6 +175,11 @@ int CalibrationAccuracy::Evaluate(const SyntheticWall& wall, const std::vector<c
       }
       if (covering == 0) {
         ++measured.UncoveredSamples;
+        // Tells a thin sliver along a warp's edge (a warp edge placed a little off) from a gap.
+        bool nearEdge = false;
+        for (int p = 0; p < projectors && !nearEdge; ++p)
+          nearEdge = lookups[static_cast<size_t>(p)].IsNear(wall.ScreenToProjector(p, screen), measured.ContentTarget);
+        if (nearEdge) ++measured.UncoveredNearEdge;
         continue;
       }
       const double error = std::fabs(light - 1);
@@ -186,8 +203,10 @@ void CalibrationAccuracy::PrintReport(std::ostream& os, const Result& result) {
   os << "Blend error: max " << result.BlendErrorMax << ", RMS " << result.BlendErrorRMS << " at "
      << result.Samples - result.UncoveredSamples << " covered points of the fill region (targets: max <= "
      << kBlendMaxTarget << ", RMS <= " << kBlendRMSTarget << "): " << Verdict(result.BlendPassed()) << "\n";
-  os << "Uncovered points: " << result.UncoveredSamples << " of " << result.Samples
-     << " lit by no projector (target: 0): " << Verdict(result.CoveragePassed()) << "\n";
+  os << "Uncovered points: " << result.UncoveredSamples << " of " << result.Samples << " lit by no projector";
+  if (result.UncoveredSamples > 0)
+    os << ", " << result.UncoveredNearEdge << " of them within " << result.ContentTarget << " px of a warp's edge";
+  os << " (target: 0): " << Verdict(result.CoveragePassed()) << "\n";
 }
 
 }  // namespace vek

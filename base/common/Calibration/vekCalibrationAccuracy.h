@@ -17,9 +17,11 @@ namespace vek {
 ///   at (-5, -5) or at the clipped writer's dropped mark, or with an unset UV, are not counted.
 /// - Blend error: at Samples random screen points of the fill region, |sum of alpha^gamma - 1|
 ///   over the projectors whose warp covers the point, alpha interpolated linearly within the warp
-///   triangle holding the point's projector pixel; max and RMS over the points some projector
-///   covers. A negative alpha counts as 0.
-/// - Uncovered points: sample points no warp covers at all, holes in the image.
+///   triangle holding the point's projector pixel; max and RMS over the points some warp covers. A negative alpha counts as 0.
+/// - Uncovered points: sample points no warp covers at all, holes in the image. Those that a warp
+///   misses by less than the content target (in its projector's pixels) are also counted apart:
+///   they tell a warp edge drawn a little inside the fill region (a sliver along the image's
+///   border, which warps cut exactly at the measured fill edge leave) from a gap between warps.
 ///
 /// The sample points come from std::mt19937 with a fixed seed, so a report is repeatable.
 class VEK_EXPORT CalibrationAccuracy {
@@ -43,6 +45,8 @@ class VEK_EXPORT CalibrationAccuracy {
     double BlendErrorRMS = 0;
     int Samples = 0;
     int UncoveredSamples = 0;
+    /// Of the uncovered points, those a warp misses by less than ContentTarget projector pixels.
+    int UncoveredNearEdge = 0;
 
     bool ContentPassed() const { return ContentVertices > 0 && ContentErrorMax <= ContentTarget; }
     bool BlendPassed() const { return BlendErrorMax <= kBlendMaxTarget && BlendErrorRMS <= kBlendRMSTarget; }
