@@ -113,9 +113,10 @@ TEST(ProjectorFootprint, FillsAMissingSpotAndReportsZeroResidualsOnAFlatScreen) 
   // The six triangles around the missing spot leave the footprint, not the mapping.
   EXPECT_EQ(footprint->GetCameraMesh()->GetNumTriangles(), 2 * 5 * 4 - 6);
   EXPECT_EQ(footprint->GetMappingCameraMesh()->GetNumTriangles(), 2 * 5 * 4);
+  // The local quadratic follows this strong keystone (5% across the grid) to a hundredth of a pixel.
   const vec2<float>& filled = footprint->GetMappingCameraMesh()->GetPoint(2 * 6 + 3);
-  EXPECT_NEAR(filled.x, camera[2 * 6 + 3].x, 1e-3);
-  EXPECT_NEAR(filled.y, camera[2 * 6 + 3].y, 1e-3);
+  EXPECT_NEAR(filled.x, camera[2 * 6 + 3].x, 0.02);
+  EXPECT_NEAR(filled.y, camera[2 * 6 + 3].y, 0.02);
   EXPECT_LT(footprint->GetResidualMax(), 1e-3);
 
   vec2<double> pixel;
@@ -124,6 +125,33 @@ TEST(ProjectorFootprint, FillsAMissingSpotAndReportsZeroResidualsOnAFlatScreen) 
   EXPECT_NEAR(pixel.x, 70, 0.1);  // linear within a 40-pixel triangle of a keystone
   EXPECT_NEAR(pixel.y, 90, 0.1);
   EXPECT_FALSE(footprint->CameraToProjector(vec2<float>(-100, -100), pixel));
+}
+
+TEST(ProjectorFootprint, TheMappingAveragesDetectionNoise) {
+  const std::vector<vec2<double>> projector = GridPoints(15, 11, 60);
+  std::vector<vec2<double>> truth;
+  std::vector<vec2<float>> measured;
+  unsigned state = 12345;  // a fixed small generator, the same on every platform
+  auto jitter = [&state]() {
+    state = state * 1103515245u + 12345u;
+    return ((state >> 8) % 2001) / 1000.0 - 1.0;  // uniform in [-1, 1]: 0.58 px RMS
+  };
+  for (const auto& p : projector) {
+    truth.push_back({0.7 * p.x + 100, 0.7 * p.y + 50});
+    measured.emplace_back(static_cast<float>(truth.back().x + jitter()), static_cast<float>(truth.back().y + jitter()));
+  }
+  auto footprint = SmartPointer<ProjectorFootprint>::New();
+  ASSERT_EQ(footprint->Build(15, 11, ToFloat(projector), measured, nullptr), VEK_SUCCESS);
+  double measuredSquares = 0, mappedSquares = 0;
+  for (size_t k = 0; k < truth.size(); ++k) {
+    const vec2<float>& mapped = footprint->GetMappingCameraMesh()->GetPoint(static_cast<int>(k));
+    measuredSquares += std::pow(measured[k].x - truth[k].x, 2) + std::pow(measured[k].y - truth[k].y, 2);
+    mappedSquares += std::pow(mapped.x - truth[k].x, 2) + std::pow(mapped.y - truth[k].y, 2);
+  }
+  // Six parameters fitted to 49 spots keep about a third of the noise power, more at the edges.
+  EXPECT_LT(mappedSquares, 0.5 * measuredSquares);
+  // The residuals are those of the measured spots, which the mapping leaves alone.
+  EXPECT_NEAR(footprint->GetResidualRMS(), std::sqrt(measuredSquares / truth.size()), 0.05);
 }
 
 TEST(ProjectorFootprint, TooFewSpotsAndMismatchedSizesAreRefused) {
