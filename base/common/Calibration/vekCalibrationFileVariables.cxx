@@ -55,6 +55,7 @@ int CalibrationFileVariables::Read(const std::string& path, const std::string& w
 
 int CalibrationFileVariables::Find(const std::string& name, int type, const DataFileEntry*& entry) const {
   entry = nullptr;
+  if (!File) return VEK_FAILED_TO_ALLOCATE_MEMORY;
   for (int n = 0; n < File->GetNumVariables(); ++n) {
     const DataFileEntry* candidate = File->GetNthVariable(n);
     if (candidate->GetName() != name) continue;
@@ -133,28 +134,32 @@ int CalibrationFileVariables::GetOptionalDouble(const std::string& name, std::op
   return VEK_SUCCESS;
 }
 
-void CalibrationFileVariables::AddInt(const std::string& name, int value) {
+int CalibrationFileVariables::Add(const DataFileEntry& entry) {
+  return File ? File->AddVariable(entry) : VEK_FAILED_TO_ALLOCATE_MEMORY;
+}
+
+int CalibrationFileVariables::AddInt(const std::string& name, int value) {
   DataFileEntry entry;
   entry.SetName(name);
   entry.SetDataType(DataFileEntry::Int);
   entry.SetInt(value);
-  File->AddVariable(entry);
+  return Add(entry);
 }
 
-void CalibrationFileVariables::AddDouble(const std::string& name, double value) {
+int CalibrationFileVariables::AddDouble(const std::string& name, double value) {
   DataFileEntry entry;
   entry.SetName(name);
   entry.SetDataType(DataFileEntry::Double);
   entry.SetDouble(value);
-  File->AddVariable(entry);
+  return Add(entry);
 }
 
-void CalibrationFileVariables::AddString(const std::string& name, const std::string& value) {
+int CalibrationFileVariables::AddString(const std::string& name, const std::string& value) {
   DataFileEntry entry;
   entry.SetName(name);
   entry.SetDataType(DataFileEntry::String);
   entry.SetString(value);
-  File->AddVariable(entry);
+  return Add(entry);
 }
 
 int CalibrationFileVariables::AddStringArray(const std::string& name, const std::vector<std::string>& values) {
@@ -162,7 +167,7 @@ int CalibrationFileVariables::AddStringArray(const std::string& name, const std:
   entry.SetName(name);
   entry.SetDataType(DataFileEntry::StringArray);
   const int status = entry.SetStringArray(values.data(), static_cast<int>(values.size()));
-  return status == VEK_SUCCESS ? File->AddVariable(entry) : status;
+  return status == VEK_SUCCESS ? Add(entry) : status;
 }
 
 int CalibrationFileVariables::AddFloatArray(const std::string& name, const std::vector<float>& values) {
@@ -170,11 +175,12 @@ int CalibrationFileVariables::AddFloatArray(const std::string& name, const std::
   entry.SetName(name);
   entry.SetDataType(DataFileEntry::FloatArray);
   const int status = entry.SetFloatArray(values.data(), static_cast<int>(values.size()));
-  return status == VEK_SUCCESS ? File->AddVariable(entry) : status;
+  return status == VEK_SUCCESS ? Add(entry) : status;
 }
 
 int CalibrationFileVariables::Write(const std::string& path) {
   Path = path;
+  if (!File) return VEK_FAILED_TO_ALLOCATE_MEMORY;
   File->SetFileName(path);
   const int status = File->Write();
   if (status == VEK_SUCCESS) return VEK_SUCCESS;

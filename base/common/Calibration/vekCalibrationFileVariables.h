@@ -41,10 +41,11 @@ class VEK_EXPORT CalibrationFileVariables {
   /// `code` (flag removed) with the message "<path>: <text>".
   int Fail(int code, const std::string& text) const;
 
-  void AddInt(const std::string& name, int value);
-  void AddDouble(const std::string& name, double value);
-  void AddString(const std::string& name, const std::string& value);
-  /// Arrays must not be empty (the file format has no empty array).
+  /// Each Add appends a variable to those Write writes. Arrays must not be empty (the file format
+  /// has no empty array).
+  int AddInt(const std::string& name, int value);
+  int AddDouble(const std::string& name, double value);
+  int AddString(const std::string& name, const std::string& value);
   int AddStringArray(const std::string& name, const std::vector<std::string>& values);
   int AddFloatArray(const std::string& name, const std::vector<float>& values);
   /// Writes the variables added, in order, replacing the file in one step.
@@ -54,6 +55,7 @@ class VEK_EXPORT CalibrationFileVariables {
   /// The entry of that name, null when absent; VEK_BAD_PARSE when present with another type.
   int Find(const std::string& name, int type, const DataFileEntry*& entry) const;
   int FindRequired(const std::string& name, int type, const DataFileEntry*& entry) const;
+  int Add(const DataFileEntry& entry);
 
   SmartPointer<DataFile> File;
   std::string Path;

@@ -154,6 +154,8 @@ int CalibrationFolder::Read(const std::string& dir) {
   status = LensWarpIO::ReadFromFile(lensPath.c_str(), lens);
   if (ErrorHelper::GetErrorWithoutCustomMessageFlag(status) == VEK_FILE_NOT_FOUND)
     return Fail(VEK_FILE_NOT_FOUND, lensPath + ": lens file not found");
+  if (ErrorHelper::GetErrorWithoutCustomMessageFlag(status) == VEK_UNABLE_TO_OPEN_FILE_FOR_READING)
+    return Fail(status, lensPath + ": cannot read the lens file");
   if (status != VEK_SUCCESS)
     return Fail(VEK_BAD_PARSE, lensPath + ": damaged lens file (" + ErrorHelper::GetErrorMessageWithNoExtras(status) + ")");
   if (!lens->IsInitialized()) return Fail(VEK_BAD_PARSE, lensPath + ": the lens has no focal length or centre");
@@ -201,18 +203,18 @@ int CalibrationFolder::Write(const std::string& dir) const {
 
   try {
     CalibrationFileVariables index;
-    index.AddString(kLensFile, LensFileName);
-    status = index.AddStringArray(kSpotGridFiles, SpotGridFileNames);
+    status = index.AddString(kLensFile, LensFileName);
+    if (status == VEK_SUCCESS) status = index.AddStringArray(kSpotGridFiles, SpotGridFileNames);
     std::vector<float> fill;
     for (int k = 0; k < 4; ++k) {
       fill.push_back(FillRegion.GetPoint(k).x);
       fill.push_back(FillRegion.GetPoint(k).y);
     }
     if (status == VEK_SUCCESS) status = index.AddFloatArray(kFillRegion, fill);
-    if (BlendGamma) index.AddDouble(kBlendGamma, *BlendGamma);
-    if (WarpStep) index.AddInt(kWarpStep, *WarpStep);
-    if (ContentWidth) index.AddInt(kContentWidth, *ContentWidth);
-    if (ContentHeight) index.AddInt(kContentHeight, *ContentHeight);
+    if (status == VEK_SUCCESS && BlendGamma) status = index.AddDouble(kBlendGamma, *BlendGamma);
+    if (status == VEK_SUCCESS && WarpStep) status = index.AddInt(kWarpStep, *WarpStep);
+    if (status == VEK_SUCCESS && ContentWidth) status = index.AddInt(kContentWidth, *ContentWidth);
+    if (status == VEK_SUCCESS && ContentHeight) status = index.AddInt(kContentHeight, *ContentHeight);
     if (status == VEK_SUCCESS) status = index.Write(Join(dir, kIndexFileName));
     return status;
   } catch (const std::bad_alloc&) {

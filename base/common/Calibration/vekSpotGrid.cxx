@@ -126,11 +126,11 @@ int SpotGrid::Write(const std::string& path) const {
     return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS, path + ": cannot write: " + problem);
   try {
     CalibrationFileVariables file;
-    file.AddInt(kProjectorWidth, ProjectorWidth);
-    file.AddInt(kProjectorHeight, ProjectorHeight);
-    file.AddInt(kColumns, Columns);
-    file.AddInt(kRows, Rows);
-    int status = file.AddFloatArray(kProjectorPoints, Flatten(ProjectorPoints));
+    int status = file.AddInt(kProjectorWidth, ProjectorWidth);
+    if (status == VEK_SUCCESS) status = file.AddInt(kProjectorHeight, ProjectorHeight);
+    if (status == VEK_SUCCESS) status = file.AddInt(kColumns, Columns);
+    if (status == VEK_SUCCESS) status = file.AddInt(kRows, Rows);
+    if (status == VEK_SUCCESS) status = file.AddFloatArray(kProjectorPoints, Flatten(ProjectorPoints));
     if (status == VEK_SUCCESS) status = file.AddFloatArray(kCameraPoints, Flatten(CameraPoints));
     if (status == VEK_SUCCESS) status = file.Write(path);
     return status;
