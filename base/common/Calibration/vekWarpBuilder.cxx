@@ -17,6 +17,16 @@ namespace vek {
 
 namespace {
 
+// Content coordinates this close to the fill region's edge are on it: the homographies leave a
+// rounding error of that size, and a cut through it would make needless slivers.
+constexpr double kContentSlack = 1e-9;
+
+double SnappedToEdge(double value) {
+  if (std::abs(value) <= kContentSlack) return 0;
+  if (std::abs(value - 1) <= kContentSlack) return 1;
+  return value;
+}
+
 // Where the blend needs it, a warp grid interval is split in this many.
 constexpr int kRefinement = 4;
 // How far the alpha in the middle of an interval may stray from the straight line between its
@@ -276,6 +286,7 @@ int WarpBuilder::Build(int projector, const std::vector<int>& blendPartners) {
       fine[point].Pixel = {i == fineColumns - 1 ? high.x : low.x + i * spaceX / refinement,
                            j == fineRows - 1 ? high.y : low.y + j * spaceY / refinement};
       mappedFine[point] = Screen->CameraToContent(cameraPoint, fine[point].Content) ? 1 : 0;
+      fine[point].Content = {SnappedToEdge(fine[point].Content.x), SnappedToEdge(fine[point].Content.y)};
     }
   auto alpha = [&](int i, int j) {
     const int point = j * fineColumns + i;
