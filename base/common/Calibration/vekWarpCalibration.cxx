@@ -1,5 +1,7 @@
 #include "vekWarpCalibration.h"
 
+#include <omp.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <new>
@@ -100,7 +102,8 @@ int WarpCalibration::Compute(const CalibrationFolder& folder, const CalibrationS
   std::vector<SmartPointer<TextureMesh>> warps(count);
   std::vector<double> coverage(count, 0);
   std::vector<int> statuses(count, VEK_SUCCESS);
-#pragma omp parallel for schedule(dynamic)
+  const int threads = NumberOfThreads > 0 ? NumberOfThreads : omp_get_max_threads();
+#pragma omp parallel for schedule(dynamic) num_threads(threads)
   for (int p = 0; p < count; ++p) {
     std::vector<int> partners;
     for (int q = 0; q < count; ++q)

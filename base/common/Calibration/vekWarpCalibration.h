@@ -49,6 +49,9 @@ class VEK_EXPORT WarpCalibration : public Object {
   /// Called with a stage's name and how far it got (done of total) while Compute runs.
   using ProgressFunction = std::function<void(const std::string& stage, int done, int total)>;
   void SetProgress(ProgressFunction progress) { Progress = std::move(progress); }
+  /// Threads for the warps, one projector each; 0 (the default) leaves the choice to OpenMP.
+  void SetNumberOfThreads(int n) { NumberOfThreads = n < 0 ? 0 : n; }
+  int GetNumberOfThreads() const { return NumberOfThreads; }
 
   /// Runs every stage. Failures name the file they come from where there is one:
   /// VEK_TOO_FEW_SPOTS_FOUND (a projector with fewer than 2 x 2 spots found), the topology codes
@@ -98,6 +101,7 @@ class VEK_EXPORT WarpCalibration : public Object {
   }
 
   ProgressFunction Progress;
+  int NumberOfThreads = 0;
   CalibrationSettings Settings;
   std::vector<SmartPointer<ProjectorFootprint>> Footprints;
   std::vector<std::pair<int, int>> Sizes;
