@@ -17,11 +17,15 @@ namespace vek {
 ///   at (-5, -5) or at the clipped writer's dropped mark, or with an unset UV, are not counted.
 /// - Blend error: at Samples random screen points of the fill region, |sum of alpha^gamma - 1|
 ///   over the projectors whose warp covers the point, alpha interpolated linearly within the warp
-///   triangle holding the point's projector pixel; max and RMS over the points some warp covers. A negative alpha counts as 0.
-/// - Uncovered points: sample points no warp covers at all, holes in the image. Those that a warp
-///   misses by less than the content target (in its projector's pixels) are also counted apart:
-///   they tell a warp edge drawn a little inside the fill region (a sliver along the image's
-///   border, which warps cut exactly at the measured fill edge leave) from a gap between warps.
+///   triangle holding the point's projector pixel; max and RMS. A negative alpha counts as 0.
+/// - Uncovered points: sample points no warp covers at all, holes in the image.
+/// - Border points: warps end where the measured fill region ends, which lies off the true one by
+///   about the content error, so along the image's border a warp may fall a fraction of a pixel
+///   short. A sample point within ContentTarget projector pixels of the fill region's border (in
+///   the pixels of a projector whose warp misses it) and of that warp's edge is such a sliver: it
+///   is counted here and left out of the blend error and the uncovered points, as its light
+///   follows from the content error already measured. Gaps between warps inside the image stay
+///   uncovered points whatever their width.
 ///
 /// The sample points come from std::mt19937 with a fixed seed, so a report is repeatable.
 class VEK_EXPORT CalibrationAccuracy {
@@ -45,8 +49,8 @@ class VEK_EXPORT CalibrationAccuracy {
     double BlendErrorRMS = 0;
     int Samples = 0;
     int UncoveredSamples = 0;
-    /// Of the uncovered points, those a warp misses by less than ContentTarget projector pixels.
-    int UncoveredNearEdge = 0;
+    /// Points along the image's border that a warp misses narrowly, judged by neither measure.
+    int BorderSamples = 0;
 
     bool ContentPassed() const { return ContentVertices > 0 && ContentErrorMax <= ContentTarget; }
     bool BlendPassed() const { return BlendErrorMax <= kBlendMaxTarget && BlendErrorRMS <= kBlendRMSTarget; }
@@ -59,7 +63,8 @@ class VEK_EXPORT CalibrationAccuracy {
   /// index is out of range, a gamma that is not positive, or fewer than 1 sample.
   static int Evaluate(const SyntheticWall& wall, const std::vector<const TextureMesh*>& warps, double gamma,
                       Result& result, int samples = kDefaultSamples);
-  /// Three lines, one per measure, each with its numbers, its target and PASS or FAIL.
+  /// One line per measure, each with its numbers, its target and PASS or FAIL, and a note of the
+  /// border points when there are any.
   static void PrintReport(std::ostream& os, const Result& result);
 
  private:

@@ -51,6 +51,11 @@ int Fail(int code, const std::string& message) {
 
 }  // namespace
 
+// Defined here as well so that the Windows DLL exports them: callers bind them to references
+// (comparisons in tests, std::min), which an inline constant alone would leave unresolved.
+constexpr char CalibrationFolder::kIndexFileName[];
+constexpr char CalibrationFolder::kDefaultLensFileName[];
+
 CalibrationFolder* CalibrationFolder::New() { return new (std::nothrow) CalibrationFolder; }
 
 void CalibrationFolder::PrintSelf(std::ostream& os, Indent indent) const {

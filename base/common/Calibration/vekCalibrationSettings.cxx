@@ -7,6 +7,14 @@
 
 namespace vek {
 
+// Defined here as well so that the Windows DLL exports them: callers bind them to references
+// (comparisons in tests, std::min), which an inline constant alone would leave unresolved.
+constexpr double CalibrationSettings::kDefaultBlendGamma;
+constexpr int CalibrationSettings::kDefaultWarpStep;
+constexpr int CalibrationSettings::kDefaultContentWidth;
+constexpr int CalibrationSettings::kDefaultContentHeight;
+constexpr double CalibrationSettings::kMaxBlendGamma;
+
 int CalibrationSettings::Validate() const {
   std::ostringstream message;
   // Written so that NaN fails too.

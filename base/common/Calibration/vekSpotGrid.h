@@ -1,5 +1,6 @@
 #pragma once
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "vekCommonExport.h"
@@ -50,6 +51,8 @@ class VEK_EXPORT SpotGrid : public Object {
   void SetRows(int rows) { Rows = rows; }
   int GetRows() const { return Rows; }
 
+  void SetProjectorPoints(std::vector<vec2<float>> points) { ProjectorPoints = std::move(points); }
+  void SetCameraPoints(std::vector<vec2<float>> points) { CameraPoints = std::move(points); }
   std::vector<vec2<float>>& GetProjectorPoints() { return ProjectorPoints; }
   const std::vector<vec2<float>>& GetProjectorPoints() const { return ProjectorPoints; }
   std::vector<vec2<float>>& GetCameraPoints() { return CameraPoints; }

@@ -85,6 +85,21 @@ std::set<int> ChooseMissingSpots(std::mt19937& generator, int projector, int col
 
 }  // namespace
 
+// Defined here as well so that the Windows DLL exports them: callers bind them to references
+// (comparisons in tests, std::min), which an inline constant alone would leave unresolved.
+constexpr int SyntheticWall::kCameraWidth;
+constexpr int SyntheticWall::kCameraHeight;
+constexpr float SyntheticWall::kFocalLength;
+constexpr float SyntheticWall::kCenterX;
+constexpr float SyntheticWall::kCenterY;
+constexpr float SyntheticWall::kK1;
+constexpr float SyntheticWall::kK2;
+constexpr float SyntheticWall::kP1;
+constexpr float SyntheticWall::kP2;
+constexpr float SyntheticWall::kK3;
+constexpr double SyntheticWall::kFrameFill;
+constexpr double SyntheticWall::kCameraTilt;
+
 SyntheticWall* SyntheticWall::New() { return new (std::nothrow) SyntheticWall; }
 
 void SyntheticWall::PrintSelf(std::ostream& os, Indent indent) const {
