@@ -10,6 +10,12 @@ cmake --build build/run -j"${VEK_JOBS:-2}" --target vek-tool >/dev/null
 export VEK_BASE_DIR="${VEK_BASE_DIR:-$PWD/build/demo}"
 vek=build/run/bin/vek
 show() { echo "\$ vek $*"; "$vek" "$@"; echo; }
+# The main job first: a made-up wall calibrated from its spot grids, judged against the truth.
+demo="$VEK_BASE_DIR/wall"
+show demo "$demo"
+echo "Pictures: $demo/camera-view.svg (the camera's view: footprints, overlaps, warp grids, fill region)"
+echo "          $demo/warps/projector_<k>_alpha.png (each projector's blend, at its resolution)"
+echo
 show version
 show error 79
 show error 79 --language de
