@@ -33,6 +33,9 @@ constexpr int kRefinement = 4;
 // ends before the interval is split: the renderer interpolates linearly, and the light of two
 // projectors is to add up to 1 within about 1%.
 constexpr double kRefineTolerance = 0.002;
+// Likewise for the content point, in content pixels: where the screen bends the map from
+// projector to content, the renderer's straight lines must still land within a tenth of a pixel.
+constexpr double kContentTolerance = 0.1;
 
 struct WarpVertex {
   vec2<double> Pixel;
@@ -223,7 +226,8 @@ void WarpBuilder::PrintSelf(std::ostream& os, Indent indent) const {
 
 int WarpBuilder::Build(int projector, const std::vector<int>& blendPartners) {
   const int count = static_cast<int>(Projectors.size());
-  if (!Screen || projector < 0 || projector >= count || !Projectors[projector] || Step < 1 || !(Gamma > 0))
+  if (!Screen || projector < 0 || projector >= count || !Projectors[projector] || Step < 1 || !(Gamma > 0) ||
+      ContentWidth < 1 || ContentHeight < 1)
     return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS, "The warp builder lacks an input or a setting");
   for (int partner : blendPartners)
     if (partner < 0 || partner >= count || !Projectors[partner])
@@ -302,6 +306,12 @@ int WarpBuilder::Build(int projector, const std::vector<int>& blendPartners) {
     const int im = (i0 + i1) / 2, jm = (j0 + j1) / 2;
     for (int point : {j0 * fineColumns + i0, j1 * fineColumns + i1, jm * fineColumns + im})
       if (!mappedFine[point]) return false;
+    const vec2<double>& a = fine[j0 * fineColumns + i0].Content;
+    const vec2<double>& b = fine[j1 * fineColumns + i1].Content;
+    const vec2<double>& m = fine[jm * fineColumns + im].Content;
+    if (std::hypot((m.x - 0.5 * (a.x + b.x)) * ContentWidth, (m.y - 0.5 * (a.y + b.y)) * ContentHeight) >
+        kContentTolerance)
+      return true;
     return std::abs(alpha(im, jm) - 0.5 * (alpha(i0, j0) + alpha(i1, j1))) > kRefineTolerance;
   };
   std::vector<int> keptColumns, keptRows;

@@ -117,6 +117,7 @@ int WarpCalibration::Compute(const CalibrationFolder& folder, const CalibrationS
     builder->SetScreen(screen.GetPointer());
     builder->SetStep(settings.WarpStep);
     builder->SetGamma(settings.BlendGamma);
+    builder->SetContentSize(settings.ContentWidth, settings.ContentHeight);
     statuses[p] = builder->Build(p, partners);
     warps[p] = builder->GetWarp();
     coverage[p] = builder->GetCoverage();

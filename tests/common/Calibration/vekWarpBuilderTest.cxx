@@ -105,6 +105,33 @@ TEST(WarpBuilder, OverlappingProjectorsShareTheLightAndKeepAlphaOneWhereAlone) {
   EXPECT_GT(checked, 5);
 }
 
+TEST(WarpBuilder, ABentScreenRefinesTheGridWhereTheContentMapCurves) {
+  // The camera sees row y of the projector at y + y^2 / 400: the content map curves along y only.
+  std::vector<vec2<float>> projector, camera;
+  for (int j = 0; j < 11; ++j)
+    for (int i = 0; i < 11; ++i) {
+      const float x = i * 40.0f, y = j * 20.0f;
+      projector.emplace_back(x, y);
+      camera.emplace_back(x, y + y * y / 400);
+    }
+  auto footprint = SmartPointer<ProjectorFootprint>::New();
+  ASSERT_EQ(footprint->Build(11, 11, projector, camera, nullptr), VEK_SUCCESS);
+  auto screen = FillRectangle(0, 0, 400, 300);
+  auto builder = SmartPointer<WarpBuilder>::New();
+  builder->SetProjectors({footprint.GetPointer()});
+  builder->SetScreen(screen.GetPointer());
+  builder->SetStep(50);
+  builder->SetContentSize(400, 300);
+  ASSERT_EQ(builder->Build(0, {}), VEK_SUCCESS);
+  EXPECT_EQ(builder->GetGridColumns(), 9);  // 400 / 50 intervals, straight along x
+  EXPECT_EQ(builder->GetGridRows(), 4 * 4 + 1);  // every interval of 50 split in four
+  // Mid-interval the bend is 50^2 / 8 * 2 / 400 = 1.5625 camera pixels: as many content pixels
+  // when a content pixel is a camera pixel (400 x 300), but only 0.078 when it is 20 (20 x 15).
+  builder->SetContentSize(20, 15);
+  ASSERT_EQ(builder->Build(0, {}), VEK_SUCCESS);
+  EXPECT_EQ(builder->GetGridRows(), 5);
+}
+
 TEST(WarpBuilder, RefusesMissingInputs) {
   auto builder = SmartPointer<WarpBuilder>::New();
   EXPECT_EQ(builder->Build(0, {}) & 0x7FFF, VEK_INVALID_PARAMETERS);
