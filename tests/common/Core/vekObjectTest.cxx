@@ -2,6 +2,7 @@
 
 #include <regex>
 #include <sstream>
+#include <type_traits>
 
 #include "vekIndent.h"
 #include "vekObject.h"
@@ -92,6 +93,29 @@ TEST(SmartPointer, HoldsOneReference) {
   EXPECT_EQ(Probe::Destroyed, 1);
   auto adopted = SmartPointer<Probe>::New();
   EXPECT_EQ(adopted->GetReferenceCount(), 1);
+}
+
+TEST(SmartPointer, DerivedConvertsToBaseWithTheSameReferences) {
+  static_assert(std::is_convertible_v<SmartPointer<Probe>, SmartPointer<Object>>);
+  static_assert(!std::is_convertible_v<SmartPointer<Object>, SmartPointer<Probe>>);
+  Probe::Destroyed = 0;
+  auto probe = SmartPointer<Probe>::New();
+  Probe* raw = probe.GetPointer();
+  auto countThroughBase = [](const SmartPointer<Object>& object) { return object->GetReferenceCount(); };
+  EXPECT_EQ(countThroughBase(probe), 2);  // the temporary base holder is one more
+  EXPECT_EQ(raw->GetReferenceCount(), 1);
+  {
+    SmartPointer<Object> copied = probe;
+    EXPECT_EQ(copied.GetPointer(), raw);
+    EXPECT_EQ(raw->GetReferenceCount(), 2);
+    SmartPointer<Object> moved = std::move(probe);
+    EXPECT_FALSE(probe);
+    EXPECT_EQ(raw->GetReferenceCount(), 2);
+    SmartPointer<Object> assigned;
+    assigned = SmartPointer<Probe>(raw);
+    EXPECT_EQ(raw->GetReferenceCount(), 3);
+  }
+  EXPECT_EQ(Probe::Destroyed, 1);
 }
 
 TEST(Stack, DoublesWhenFullAndFindsFirstEqual) {
