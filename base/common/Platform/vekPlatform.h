@@ -99,7 +99,8 @@ VEK_EXPORT void SetEnvironmentValue(const char* name, const std::string& value);
 // POSIX: a store on disk with the same rules. Each root is a folder: $VEK_REGISTRY_DIR/LocalMachine
 // and $VEK_REGISTRY_DIR/CurrentUser when that variable is set, otherwise
 // /var/lib/VeltraDisplay/Registry (system-wide, so writing it takes the rights that HKLM takes) and
-// $XDG_CONFIG_HOME/VeltraDisplay/Registry (else $HOME/.config/..., else /tmp/VeltraDisplay/Registry).
+// $VEK_BASE_DIR/Registry/CurrentUser when that is set, else $XDG_CONFIG_HOME/VeltraDisplay/Registry
+// (else $HOME/.config/..., else /tmp/VeltraDisplay/Registry).
 // A key "A\B" is the folder A/B; a value is the file <name>.value holding "REG_SZ\n" + text or
 // "REG_DWORD\n" + decimal. Key and value names are compared without regard to ASCII case, as
 // Windows does, so they are stored lower-cased and percent-encoded. A value file is written to a

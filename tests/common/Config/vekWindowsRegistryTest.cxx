@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <regex>
+#include <string>
+#include <vector>
 
 #include "vekErrorHelper.h"
 #include "vekPlatform.h"
@@ -219,6 +221,27 @@ TEST_F(WindowsRegistryTest, DwordWriteFailuresNameTheirStep) {
                                           "ERROR:vekWindowsRegistry, [0-9]+: Unable to Create Non existing "
                                           "Registry KeyValue\n")))
       << missingRoot.Text();
+}
+
+// A process given a base folder keeps the user's store there, out of the home folder.
+TEST(WindowsRegistryStore, FollowsTheBaseFolderWhenNoStoreIsNamed) {
+  const char* variables[] = {"VEK_REGISTRY_DIR", "VEK_BASE_DIR", "HOME", "XDG_CONFIG_HOME"};
+  std::vector<std::string> previous;
+  for (const char* name : variables) previous.push_back(platform::EnvironmentVariable(name));
+  test::TempDirectory base, home;
+  platform::SetEnvironmentValue("VEK_REGISTRY_DIR", "");
+  platform::SetEnvironmentValue("VEK_BASE_DIR", base.Path().string());
+  platform::SetEnvironmentValue("HOME", home.Path().string());
+  platform::SetEnvironmentValue("XDG_CONFIG_HOME", "");
+
+  EXPECT_EQ(WindowsRegistry::WriteLastErrorMessage(79, L"gone"), VEK_SUCCESS);
+  std::string message;
+  EXPECT_TRUE(platform::RegistryReadString(Root::CurrentUser, kRegistryCompanionKey, "LastErrorMessage", message));
+  EXPECT_EQ(message, "gone");
+  EXPECT_FALSE(std::filesystem::is_empty(base.Path() / "Registry" / "CurrentUser"));
+  EXPECT_TRUE(std::filesystem::is_empty(home.Path()));
+
+  for (std::size_t i = 0; i < previous.size(); ++i) platform::SetEnvironmentValue(variables[i], previous[i]);
 }
 #endif
 

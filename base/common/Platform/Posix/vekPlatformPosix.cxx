@@ -63,6 +63,9 @@ std::string RegistryRootDirectory(RegistryRoot root) {
   std::string base = EnvironmentVariable("VEK_REGISTRY_DIR");
   if (!base.empty()) return base + (base.back() == '/' ? "" : "/") + leaf;
   if (root == RegistryRoot::LocalMachine) return "/var/lib/VeltraDisplay/Registry";
+  // VEK_BASE_DIR is how a process keeps out of the home folder, so the user's store moves with it.
+  std::string baseDirectory = EnvironmentVariable("VEK_BASE_DIR");
+  if (!baseDirectory.empty()) return baseDirectory + (baseDirectory.back() == '/' ? "" : "/") + "Registry/CurrentUser";
   std::string config = EnvironmentVariable("XDG_CONFIG_HOME");
   if (config.empty()) {
     std::string home = EnvironmentVariable("HOME");
