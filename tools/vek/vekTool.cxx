@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "vekErrorHelper.h"
+#include "vekOutputFile.h"
 #include "vekVersion.h"
 
 namespace vek::tool {
@@ -64,12 +65,17 @@ void AddVersionCommand(Commands& commands) {
 
 int main(int argc, char** argv) {
   using namespace vek::tool;
+  // Opening a log rotates it, so short tool runs would push the calibration programs' history out
+  // of DebugLog.txt: the tool keeps a log (and generations) of its own in the same folder.
+  const std::string programsLog = vek::OutputFile::GetFileName();
+  vek::OutputFile::SetFileName((programsLog.substr(0, programsLog.find_last_of("/\\") + 1) + "vekTool.log").c_str());
   CLI::App app("A window onto the vek library for people running calibrations.", "vek");
   app.require_subcommand(1);
   app.footer(
       "Exit status: 0 on success; 1 when the library reports a failure (its status name and message\n"
       "go to standard error); 2 when the command line is not understood.\n"
-      "The library works in the folder VEK_BASE_DIR names (options live in its Config folder).");
+      "The library works in the folder VEK_BASE_DIR names (options live in its Config folder); the\n"
+      "tool's messages go to vekTool.log beside the debug log.");
   Commands commands(app);
   for (auto add : {AddVersionCommand, AddErrorCommand, AddOptionCommands, AddLensCommands, AddMeshCommands,
                     AddCalibrationCommands})
