@@ -50,4 +50,17 @@ void WriteFile(const std::string& path, const std::string& bytes) {
   out << bytes;
 }
 
+std::string TextFileBytes(const std::string& text) {
+#ifdef _WIN32
+  std::string bytes;
+  for (char c : text) {
+    if (c == '\n') bytes += '\r';
+    bytes += c;
+  }
+  return bytes;
+#else
+  return text;
+#endif
+}
+
 }  // namespace vek::test

@@ -40,5 +40,8 @@ class LogCapture {
 std::string ReadFile(const std::string& path);
 /// Writes bytes exactly as given.
 void WriteFile(const std::string& path, const std::string& bytes);
+/// The bytes of a text file the library writes, given its text with "\n" line ends: on Windows
+/// every "\n" becomes "\r\n", elsewhere the text stays as it is.
+std::string TextFileBytes(const std::string& text);
 
 }  // namespace vek::test

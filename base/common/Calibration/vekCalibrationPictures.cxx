@@ -132,7 +132,7 @@ int CalibrationPictures::WriteCameraViewSvg(const std::string& path,
         << "\" text-anchor=\"middle\" fill=\"" << Colour(p) << "\">Projector " << p << "</text>\n";
   }
   svg << "</svg>\n";
-  return IOBase::ReplaceFile(path, svg.str());
+  return IOBase::ReplaceTextFile(path, svg.str());
 }
 
 int CalibrationPictures::WriteAlphaPng(const std::string& path, const TextureMesh& warp, int width, int height) {

@@ -196,10 +196,10 @@ int WarpCalibration::Write(const std::string& outDir) const {
     return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING,
                                                "Cannot create the folder " + outDir + ": " + error.message());
   for (int p = 0; p < count; ++p) {
-    status = IOBase::ReplaceFile(PathIn(outDir, WarpFileName(p)), warpTexts[p]);
+    status = IOBase::ReplaceTextFile(PathIn(outDir, WarpFileName(p)), warpTexts[p]);
     if (status != VEK_SUCCESS) return status;
   }
-  status = IOBase::ReplaceFile(PathIn(outDir, kConnectivityFileName), connectivityText.str());
+  status = IOBase::ReplaceTextFile(PathIn(outDir, kConnectivityFileName), connectivityText.str());
   if (status != VEK_SUCCESS) return status;
   summary->SetFileName(PathIn(outDir, kSummaryFileName));
   return summary->Write();

@@ -39,7 +39,8 @@ struct CalibrationSettingOverrides {
 ///                        the best-fitting homography from projector pixels, in undistorted camera
 ///                        pixels), and the settings used.
 /// Every file is replaced in one step, and only after all were made, so a failed run leaves the
-/// outputs of an earlier one in place.
+/// outputs of an earlier one in place. All three are text with the platform's line end (CR LF on
+/// Windows, LF elsewhere), as TextureMesh::WriteToFile gives a single warp.
 class VEK_EXPORT WarpCalibration : public Object {
  public:
   static WarpCalibration* New();

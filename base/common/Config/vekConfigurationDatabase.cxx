@@ -63,7 +63,8 @@ bool FileExists(const std::string& file) {
   return OptionFile::GetFileLines(file, unused) == VEK_SUCCESS;
 }
 
-// Describing an option is optional: a missing info file reads like one without the key's line.
+// Where an undescribed option must still read (a default, a value's type), a missing info file
+// reads like one without the key's line.
 int WithoutDescription(int result) { return result == VEK_FILE_NOT_FOUND ? VEK_SUCCESS : result; }
 
 // Reads the value text of the last line for the key and checks a non-empty text against the
@@ -79,7 +80,7 @@ int ReadOptionText(ConfigurationDatabase& store, const std::string& optionsFile,
   if (missing) return VEK_SUCCESS;
   result = OptionFile::ParseOptionLine(line, valueText);
   if (result != VEK_SUCCESS) return result;
-  result = store.GetOptionType(key, type);
+  result = WithoutDescription(store.GetOptionType(key, type));
   if (result != VEK_SUCCESS) return result;
   if (!valueText.empty() && type != kUnknownType && type != OptionValue::TypeName(typed))
     return VEK_INVALID_PARAMETERS;
@@ -158,8 +159,8 @@ int ConfigurationDatabase::GetOptionInfo(const std::string& key, std::string& ty
 int ConfigurationDatabase::GetOptionType(const std::string& key, std::string& type) {
   RecursiveLockGuard lock(Lock());
   std::string defaultText, minimum, maximum;
-  int result = WithoutDescription(GetOptionInfo(key, type, defaultText, minimum, maximum));
-  if (result == VEK_SUCCESS && type.empty()) type = kUnknownType;
+  int result = GetOptionInfo(key, type, defaultText, minimum, maximum);
+  if (type.empty()) type = kUnknownType;
   return result;
 }
 
@@ -181,7 +182,7 @@ template <class T>
 int ConfigurationDatabase::GetOptionRange(const std::string& key, T& minimum, T& maximum) {
   RecursiveLockGuard lock(Lock());
   std::string type, defaultText, minimumText, maximumText;
-  int result = WithoutDescription(GetOptionInfo(key, type, defaultText, minimumText, maximumText));
+  int result = GetOptionInfo(key, type, defaultText, minimumText, maximumText);
   if (result != VEK_SUCCESS) return result;
   if (minimumText.empty() || maximumText.empty()) {
     FullRange(minimum, maximum);

@@ -29,6 +29,16 @@ enum OptionVisibility : int { OptionVisibilityHidden = 0, OptionVisibilityNewOpt
 /// KOROptionDefaults.txt (factory values) and KOROptionInfo.txt (type, visibility, default,
 /// range). Call LoadOptionsDatabase (or ImportDefaultOptions) first; before that every member
 /// that needs a file answers VEK_FILE_NOT_FOUND. All members run under the configuration lock.
+/// Files are written with the platform's line end (CR LF on Windows, LF elsewhere) and read with
+/// either.
+///
+/// A missing info file (KOROptionInfo.txt) is no description at all. The lookups that only
+/// describe answer VEK_FILE_NOT_FOUND then: GetOptionType, GetOptionVisibility, GetOptionRange,
+/// GetOptionDefaultAsString, SetOptionVisibility, GetOptionList and GetOptionListWithValue. The
+/// members whose steps give an undescribed option a fallback keep it: GetOptionDefault reads the
+/// fallback (0, false, "") with VEK_SUCCESS, so GetOption of a key in no file does too, and
+/// GetOption takes the type of a value as "Unknown" (any type accepted). The item-list members
+/// build on GetOption and SetOption, which registers the option in a new info file.
 ///
 /// Keys are single words that do not start with "#"; a key or value that would change the
 /// file's line structure (a line break, or a line longer than the 510 characters that fit the
@@ -61,7 +71,8 @@ class VEK_EXPORT ConfigurationDatabase : public Object {
   const std::string& GetDefaultsFileName() const { return DefaultsFile; }
   const std::string& GetOptionInfoFileName() const { return InfoFile; }
 
-  /// The value of the last line for `key`; the described default when there is none.
+  /// The value of the last line for `key`; the described default when there is none. Without an
+  /// info file the value is read as of type "Unknown", and a key with no line gets the fallback.
   template <class T>
   int GetOption(const std::string& key, T& value);
   /// An option with no line reads as an empty list.
@@ -72,17 +83,24 @@ class VEK_EXPORT ConfigurationDatabase : public Object {
   int SetOption(const std::string& key, const T& value) {
     return SetOption(key, value, OptionsFile);
   }
+  /// The info line's default; the fallback (0, 0.0, false, "") with VEK_SUCCESS when the key has
+  /// no line or no default, and also when there is no info file: an option nobody described reads
+  /// as zero without error.
   template <class T>
   int GetOptionDefault(const std::string& key, T& value);
-  /// The described range, or the whole range of the type when none is described.
+  /// The described range, or the whole range of the type when the key's line has none or there is
+  /// no line. VEK_FILE_NOT_FOUND when there is no info file.
   template <class T>
   int GetOptionRange(const std::string& key, T& minimum, T& maximum);
+  /// Appends `item` to the list (a missing or unreadable list counts as empty) and writes it back;
+  /// the write's result. Without an info file the write creates it.
   template <class T>
   int AddItemToOption(const std::string& key, const T& item);
-  /// Removes the last element equal to `item`.
+  /// Removes the last element equal to `item` and writes the list back, as AddItemToOption.
   template <class T>
   int RemoveItemFromOption(const std::string& key, const T& item);
-  /// The index of the first element equal to `item`, or -1 (an index, not a status code).
+  /// The index of the first element equal to `item`, or -1 (an index, not a status code: a list
+  /// that cannot be read also gives -1). Without an info file the list still reads.
   template <class T>
   int GetOptionItemIndex(const std::string& key, const T& item);
 
@@ -90,9 +108,14 @@ class VEK_EXPORT ConfigurationDatabase : public Object {
     return SetOptionAsString(key, type, valueText, OptionsFile);
   }
   virtual int GetOptionAsString(const std::string& key, std::string& valueText);
+  /// The info line's default column as written; Bool and BoolArray defaults as "1"/"0" tokens.
+  /// "" when the key has no line. VEK_FILE_NOT_FOUND when there is no info file.
   virtual int GetOptionDefaultAsString(const std::string& key, std::string& valueText);
-  /// "Unknown" when the info file has no line for the key.
+  /// "Unknown" when the info file has no line for the key. VEK_FILE_NOT_FOUND, with "Unknown", when
+  /// there is no info file.
   virtual int GetOptionType(const std::string& key, std::string& type);
+  /// The info line's visibility; `visibility` untouched when the key has no line.
+  /// VEK_FILE_NOT_FOUND when there is no info file.
   int GetOptionVisibility(const std::string& key, OptionVisibility& visibility);
   virtual int SetOptionVisibility(const std::string& key, const OptionVisibility& visibility) {
     return SetOptionVisibility(InfoFile, key, visibility);
@@ -158,12 +181,16 @@ class VEK_EXPORT ConfigurationDatabase : public Object {
   // ---- Calibration records -------------------------------------------------------------------
   // Files of the configuration directory that later calibration steps and the playback side read
   // back. Each member holds the configuration lock throughout, and every write replaces its file
-  // in one step (see RecordFile), so a record is never seen half written.
+  // in one step (see RecordFile), so a record is never seen half written. Records are text with
+  // the platform's line end. A record file that cannot be written (a directory in its place, a
+  // folder that does not exist) gives VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING with the custom message
+  // naming the file, except the boundary curves (below), and leaves the old file as it was.
 
   /// The three boundary curves of an extruded curved screen, each as an x list and a y list, in
   /// the file "ExtrudedCurveScreenBoundary": per curve the count (the x list's length) and then
   /// one "x y" line per point, floats with 6 significant digits. VEK_INVALID_PARAMETERS, and
-  /// nothing written, when a y list is shorter than its x list.
+  /// nothing written, when a y list is shorter than its x list; VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING,
+  /// plain, when the file cannot be written.
   int SaveExtrudedCurveScreenBoundaryData(const std::vector<float>& x1, const std::vector<float>& y1,
                                           const std::vector<float>& x2, const std::vector<float>& y2,
                                           const std::vector<float>& x3, const std::vector<float>& y3);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <map>
 #include <memory>
+#include <new>
 #include <set>
 
 #include "vekErrorCodes.h"
@@ -55,10 +56,21 @@ int OptionFile::GetFileLines(const std::string& file, std::vector<std::string>& 
     // A read that reached the end of the file produced an unterminated last line: not kept.
     if (std::feof(in.get())) break;
     std::string line = buffer;
-    if (!line.empty() && line.back() == '\n') line.pop_back();
+    if (!line.empty() && line.back() == '\n') {
+      line.pop_back();
+    } else if (!line.empty() && line.back() == '\r') {
+      // The buffer filled up just before the LF of a CR LF line end: the line still fits.
+      const int next = std::fgetc(in.get());
+      if (next != '\n' && next != EOF) std::ungetc(next, in.get());
+      if (next == EOF) break;
+    }
+    if (!line.empty() && line.back() == '\r') line.pop_back();
     lines.push_back(std::move(line));
   }
-  return VEK_SUCCESS;
+  // A directory opens for reading on some systems, and then fails at the first read.
+  if (!std::ferror(in.get())) return VEK_SUCCESS;
+  lines.clear();
+  return VEK_FILE_NOT_FOUND;
 }
 
 void OptionFile::Tokenize(const std::string& text, std::vector<std::string>& tokens, const std::string& delimiters) {
@@ -124,14 +136,22 @@ int OptionFile::ParseOptionInfoLine(const std::string& line, std::string& name, 
 }
 
 int OptionFile::ReplaceContent(const std::string& file, const std::string& content) {
-  switch (platform::ReplaceFileContents(file, content)) {
+  std::string bytes;
+  try {
+    bytes = platform::WithPlatformLineEnds(content);
+  } catch (const std::bad_alloc&) {
+    return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  }
+  switch (platform::ReplaceFileContents(file, bytes)) {
     case platform::FileReplacement::Done:
       return VEK_SUCCESS;
     case platform::FileReplacement::NotWritten:
-      return VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING;
+      ReportRewriteError(793, "Failure writing to " + file + "!");
+      break;
     case platform::FileReplacement::NotReplaced:
       break;
   }
+  // The rewrite's one code for a file it could not put in place, whatever stood in the way.
   return VEK_UNABLE_TO_COPY_FILE;
 }
 
@@ -139,8 +159,7 @@ int OptionFile::AddOrModifyOneLine(const std::string& file, const std::string& k
   if (file.empty()) return VEK_FILE_NOT_FOUND;
   platform::FileLock otherProcesses(file + ".lock");
   std::vector<std::string> lines;
-  if (GetFileLines(file, lines) != VEK_SUCCESS)
-    ReportRewriteError(788, file + " could not be opened for reading!");
+  if (GetFileLines(file, lines) != VEK_SUCCESS) ReportRewriteError(788, file + " could not be opened for reading!");
   std::string content;
   bool matched = false;
   for (const std::string& line : lines) {
@@ -152,9 +171,7 @@ int OptionFile::AddOrModifyOneLine(const std::string& file, const std::string& k
     }
   }
   if (!matched) content += newLine;
-  const int status = ReplaceContent(file, content);
-  if (status == VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING) ReportRewriteError(793, "Failure writing to " + file + "!");
-  return status;
+  return ReplaceContent(file, content);
 }
 
 int OptionFile::MergeOptionInfoFiles(const std::string& first, const std::string& second, const std::string& result) {

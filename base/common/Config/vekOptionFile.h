@@ -8,13 +8,16 @@ namespace vek {
 
 /// The line rules of the option store's text files (options, defaults and option info files).
 ///
-/// Reading: lines are read with a 512-byte buffer that also holds the line end, so a line holds
-/// at most 510 characters (a longer one reads as several), and a last line without a line end is
-/// not read: files written by the store always end with one. Tokens are runs of characters other than LF, TAB, CR, FF,
-/// BEL and blank; a line whose first token starts with "#" is a comment. Comments and empty lines
-/// are skipped when lines are interpreted, and kept when a file is rewritten.
+/// Reading: lines end in LF or CR LF alike. They are read with a 512-byte buffer that also holds
+/// the line end, so a line holds at most 510 characters (a longer one reads as several), and a
+/// last line without a line end is not read: files written by the store always end with one.
+/// Tokens are runs of characters other than LF, TAB, CR, FF, BEL and blank; a line whose first
+/// token starts with "#" is a comment. Comments and empty lines are skipped when lines are
+/// interpreted, and kept when a file is rewritten.
 ///
-/// Rewriting (AddOrModifyOneLine) never loses data: the new content goes to file + ".tmp", is
+/// Writing: every line gets the platform's line end, CR LF on Windows and LF elsewhere, whatever
+/// the line end it had before. Rewriting (AddOrModifyOneLine) never loses data: the new content
+/// goes to file + ".tmp", is
 /// forced to disk, and then replaces the file in one step, so a crash leaves the old file or the
 /// new one, never a missing or partial one. Writers in other processes are kept out by an
 /// exclusive lock on file + ".lock" held for the whole read-modify-write.
@@ -23,7 +26,8 @@ class VEK_EXPORT OptionFile {
   static constexpr int kLineBufferSize = 512;
   static constexpr char kDelimiters[] = "\n\t\r\f\a ";
 
-  /// Every line of the file without its line end. VEK_FILE_NOT_FOUND when it cannot be opened.
+  /// Every line of the file without its line end. VEK_FILE_NOT_FOUND when it cannot be opened or
+  /// read (a directory).
   static int GetFileLines(const std::string& file, std::vector<std::string>& lines);
   static void Tokenize(const std::string& text, std::vector<std::string>& tokens,
                        const std::string& delimiters = kDelimiters);
@@ -44,15 +48,16 @@ class VEK_EXPORT OptionFile {
                                  std::string& defaultText, std::string& minimum, std::string& maximum);
 
   /// Replaces the first line whose first token is `key` by `newLine` (which carries its own line
-  /// end, or is empty to delete), drops later lines with that key, and appends `newLine` when no
-  /// line matched. Errors: VEK_FILE_NOT_FOUND for an empty path, VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING
-  /// when the new content cannot be written (the file is left as it was), VEK_UNABLE_TO_COPY_FILE
-  /// when it cannot replace the file.
+  /// end, "\n", or is empty to delete), drops later lines with that key, and appends `newLine` when
+  /// no line matched. Errors: VEK_FILE_NOT_FOUND for an empty path, and ReplaceContent's.
   static int AddOrModifyOneLine(const std::string& file, const std::string& key, const std::string& newLine);
 
-  /// Puts `content` in place of `file` through file + ".tmp" (platform::ReplaceFileContents):
-  /// VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING when it cannot be written, VEK_UNABLE_TO_COPY_FILE when
-  /// it cannot replace the file; the file is untouched in both cases.
+  /// Puts `content` (lines ended by "\n") in place of `file` through file + ".tmp"
+  /// (platform::ReplaceFileContents), with the platform's line end. VEK_UNABLE_TO_COPY_FILE, plain,
+  /// when it cannot take the file's place, whatever stood in the way: a directory or a read-only
+  /// file there, a folder that does not exist, a failed rename. When the file or its temporary
+  /// cannot be written, "Failure writing to <file>!" goes to the error channel first. The file is
+  /// untouched in every case.
   static int ReplaceContent(const std::string& file, const std::string& content);
 
   /// Merges two info files into `result`: every line of `first`, with a name's line replaced by

@@ -96,7 +96,8 @@ int OptionValueCheck::Check(ConfigurationDatabase& store, const std::string& key
   if (status != VEK_SUCCESS) return status;
   std::string described;
   status = store.GetOptionType(key, described);
-  if (status != VEK_SUCCESS) return status;
+  // Without an info file nothing is described ("Unknown"); setting the option creates the file.
+  if (status != VEK_SUCCESS && status != VEK_FILE_NOT_FOUND) return status;
   if (described != "Unknown" && described != type)
     return ErrorHelper::ErrorWithCustomMessage(VEK_INVALID_PARAMETERS,
                                                key + " is described as " + described + ", not " + type);

@@ -27,7 +27,8 @@ class VEK_EXPORT OptionValueCheck {
   static bool IsTypeName(const std::string& type);
   static int Check(const std::string& type, const std::string& valueText);
   /// Check, and also refuse a type other than the one the store's info file describes for the
-  /// key: the store would write the value but read it back as the described type.
+  /// key: the store would write the value but read it back as the described type. A store without
+  /// an info file describes no key.
   static int Check(ConfigurationDatabase& store, const std::string& key, const std::string& type,
                    const std::string& valueText);
 

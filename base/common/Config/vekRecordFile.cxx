@@ -9,7 +9,7 @@ namespace vek {
 
 int RecordFile::Replace(const std::string& file, const std::string& content) {
   platform::FileLock otherProcesses(file + ".lock");
-  return IOBase::ReplaceFile(file, content);
+  return IOBase::ReplaceTextFile(file, content);
 }
 
 int RecordFile::ReadFrame(std::istream& in, const std::string& type, const std::string& version) {

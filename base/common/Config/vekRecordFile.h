@@ -17,6 +17,9 @@ namespace vek {
 
 /// What the calibration records share on disk and in their object stream form.
 ///
+/// Records are text files with the platform's line end (CR LF on Windows, LF elsewhere; their
+/// stream forms write "\n" and Replace converts); readers take either.
+///
 /// Writing never loses a record in a crash: the whole new content is written durably to
 /// file + ".tmp" and then replaces the file in one step, so readers find the old record or the
 /// new one, never a short one. A writer in another process is kept out for that time by the lock
@@ -30,9 +33,10 @@ class VEK_EXPORT RecordFile {
   /// memory ahead of the values actually present.
   static constexpr int kReserveLimit = 4096;
 
-  /// VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING (with the file name as custom message) when the new
-  /// content cannot be written, VEK_UNABLE_TO_COPY_FILE when it cannot replace the file; the old
-  /// file is untouched in both cases.
+  /// VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING (with the file name as custom message) when the file
+  /// cannot be written (a directory in its place, a folder that does not exist),
+  /// VEK_UNABLE_TO_COPY_FILE when the new content cannot replace it; the old file is untouched in
+  /// both cases.
   static int Replace(const std::string& file, const std::string& content);
 
   /// Reads "{ <type> <version> ". An empty object "{}" is not a record of the type:

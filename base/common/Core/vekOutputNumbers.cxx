@@ -32,13 +32,18 @@ void AppendFormatted(std::string& text, const char* format, T value) {
   if (length > 0) text.append(buffer, static_cast<std::size_t>(std::min<int>(length, sizeof buffer - 1)));
 }
 
-// The count, then one value per line. The file is replaced in one step, so a failure leaves an
-// earlier file whole rather than cut short.
+// The count, then one value per line, with the platform's line end. The file is replaced in one
+// step, so a failure leaves an earlier file whole rather than cut short.
 template <class T>
 int WriteNumbers(const char* fileName, const T* values, int count, const char* format) {
   std::string text;
-  AppendFormatted(text, "%i\n", count);
-  for (int i = 0; i < count; ++i) AppendFormatted(text, format, Printable(values[i]));
+  try {
+    AppendFormatted(text, "%i\n", count);
+    for (int i = 0; i < count; ++i) AppendFormatted(text, format, Printable(values[i]));
+    text = platform::WithPlatformLineEnds(text);
+  } catch (const std::bad_alloc&) {
+    return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  }
   switch (platform::ReplaceFileContents(fileName ? fileName : "", text)) {
     case platform::FileReplacement::Done:
       return VEK_SUCCESS;

@@ -5,15 +5,15 @@
 namespace vek {
 
 /// Plain number-array files: the count on the first line, then one value per line
-/// (integers "%i", floats "%.8g", doubles "%.15g", booleans as 1/0). Files are written with "\n"
-/// line ends on every platform; readers also accept "\r\n". Readers reject a file that holds more
+/// (integers "%i", floats "%.8g", doubles "%.15g", booleans as 1/0). Files are written with the
+/// platform's line end (CR LF on Windows, LF elsewhere); readers take either. Readers reject a file that holds more
 /// or fewer values than it announces, and never hand out a partly filled array: on failure the
 /// array pointer is null and the count 0. Arrays handed out are the caller's (delete[]).
 /// Writers build the whole text first and put it in place of the file in one step (through
 /// "<file>.tmp"), so a failed write leaves an earlier file whole.
-/// All functions return a status code: VEK_FILE_NOT_FOUND when the file cannot be opened (or its
-/// temporary written), VEK_FAILURE when its content does not match (or the temporary could not
-/// replace the file).
+/// All functions return a status code: VEK_FILE_NOT_FOUND when the file cannot be opened (for a
+/// writer: a directory or a read-only file in its place, a folder that does not exist), VEK_FAILURE
+/// when its content does not match (or the written temporary could not replace the file).
 class VEK_EXPORT OutputNumbers {
  public:
   static int OutputIntFile(const char* fileName, const int* values, int count);

@@ -179,7 +179,7 @@ int DataFile::Write() {
     status = WriteDataFileEntry(out, *entry);
     if (status != VEK_SUCCESS) break;
   }
-  if (status == VEK_SUCCESS) status = ReplaceFile(GetFileName(), out.str());
+  if (status == VEK_SUCCESS) status = ReplaceTextFile(GetFileName(), out.str());
   // Edits that did not reach the file are still unsaved.
   if (status == VEK_SUCCESS) Edited = false;
   return status;

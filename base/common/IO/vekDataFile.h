@@ -28,7 +28,8 @@ namespace vek {
 /// VEK_BAD_PARSE and "Cannot read file version from '<text>'": a file whose version is unknown is
 /// not guessed at.
 ///
-/// Write builds the whole text and puts it in place of the file in one step (IOBase::ReplaceFile).
+/// Write builds the whole text and puts it in place of the file in one step, with the platform's
+/// line end (IOBase::ReplaceTextFile: CR LF on Windows, LF elsewhere); Read takes either.
 /// An entry that cannot be written ("Unknown Data Type") therefore fails the write with the file
 /// left as it was, rather than cut short at that entry. Only a write that reached the file clears
 /// the edited flag.

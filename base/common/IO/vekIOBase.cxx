@@ -8,7 +8,7 @@
 #include "vekCustomLanguageString.h"
 #include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
-#include "vekPlatform.h"
+#include "vekFileContents.h"
 #include "vekRectilinearGrid.h"
 
 namespace vek {
@@ -65,7 +65,7 @@ void IOBase::PrintSelf(std::ostream& os, Indent indent) const {
 }
 
 int IOBase::OpenFileForWriting(std::ofstream*& out, const std::string& name) {
-  out = new (std::nothrow) std::ofstream(name, std::ios::out | std::ios::trunc | std::ios::binary);
+  out = new (std::nothrow) std::ofstream(name, std::ios::out | std::ios::trunc);
   if (out && out->good()) return VEK_SUCCESS;
   delete out;
   out = nullptr;
@@ -74,17 +74,11 @@ int IOBase::OpenFileForWriting(std::ofstream*& out, const std::string& name) {
 }
 
 int IOBase::ReplaceFile(const std::string& name, const std::string& content) {
-  switch (platform::ReplaceFileContents(name, content)) {
-    case platform::FileReplacement::Done:
-      return VEK_SUCCESS;
-    case platform::FileReplacement::NotWritten:
-      return ErrorHelper::ErrorWithCustomMessage(
-          VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING,
-          CustomLanguageString("VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING_CUSTOM") << name);
-    case platform::FileReplacement::NotReplaced:
-      break;
-  }
-  return ErrorHelper::ErrorWithCustomMessage(VEK_UNABLE_TO_COPY_FILE, "Unable to replace " + name);
+  return FileContents::Replace(name, content);
+}
+
+int IOBase::ReplaceTextFile(const std::string& name, const std::string& text) {
+  return FileContents::ReplaceText(name, text);
 }
 
 int IOBase::OpenFileForReading(std::ifstream*& in, const std::string& name) {
@@ -109,6 +103,18 @@ int IOBase::ReadLine(std::istream* in, char* buffer) {
   buffer[0] = '\0';
   if (!in) return VEK_FILE_NOT_FORMATTED_PROPERLY;
   in->getline(buffer, kLineBufferSize);
+  // A full buffer stops getline just before the CR of a CR LF line end: the line still fits.
+  if (in->fail() && !in->bad() && !in->eof() && std::strlen(buffer) == kLineBufferSize - 1) {
+    in->clear();
+    if (in->peek() == '\r') {
+      in->get();
+      if (in->peek() == '\n') {
+        in->get();
+        return VEK_SUCCESS;
+      }
+    }
+    in->setstate(std::ios::failbit);
+  }
   if (in->fail() || in->eof()) return VEK_FILE_NOT_FORMATTED_PROPERLY;
   const size_t length = std::strlen(buffer);
   if (length > 0 && buffer[length - 1] == '\r') buffer[length - 1] = '\0';

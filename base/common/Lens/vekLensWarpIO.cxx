@@ -75,7 +75,7 @@ int LensWarpIO::WriteToFile(char const* fileName, LensWarp* warp) {
   std::ostringstream out;
   const int result = WriteToStream(&out, warp);
   if (result != VEK_SUCCESS) return result;
-  return IOBase::ReplaceFile(fileName ? fileName : "", out.str());
+  return IOBase::ReplaceTextFile(fileName ? fileName : "", out.str());
 }
 
 }  // namespace vek

@@ -25,7 +25,9 @@ class VEK_EXPORT LensWarpIO {
   static int ReadFromFile(char const* fileName, SmartPointer<LensWarp>& warp);
   /// VEK_INVALID_PARAMETERS for an object of no known model (or none).
   static int WriteToStream(std::ostream* out, LensWarp* warp);
-  /// Replaces the file in one step (IOBase::ReplaceFile): a failure leaves an earlier file whole.
+  /// Replaces the file in one step, with the platform's line end (IOBase::ReplaceTextFile): a
+  /// failure leaves an earlier file whole. The stream form writes "\n", which a text-mode stream
+  /// turns into the platform's line end; readers take LF and CR LF alike.
   static int WriteToFile(char const* fileName, LensWarp* warp);
 
  private:

@@ -6,8 +6,10 @@
 #include <locale>
 #include <memory>
 #include <new>
+#include <sstream>
 
 #include "vekErrorCodes.h"
+#include "vekFileContents.h"
 
 namespace vek {
 
@@ -183,6 +185,18 @@ void TextureMesh::Serialize(std::ostream& os) const {
     WriteMesh(sink, NumPoints, NumTriangles, pointRows, triangleRows, CoordinateMapping, Sampling, Anisotropy, XYPoints,
               UVPoints, Alphas, Triangles);
   }
+}
+
+int TextureMesh::WriteToFile(const std::string& fileName) const {
+  std::string text;
+  try {
+    std::ostringstream out;
+    Serialize(out);
+    text = out.str();
+  } catch (const std::bad_alloc&) {
+    return VEK_FAILED_TO_ALLOCATE_MEMORY;
+  }
+  return FileContents::ReplaceText(fileName, text);
 }
 
 void TextureMesh::Serialize(std::ostream& os, float offset, float width) const {

@@ -1,5 +1,6 @@
 #pragma once
 #include <ostream>
+#include <string>
 
 #include "vekCommonExport.h"
 #include "vekObject.h"
@@ -18,6 +19,12 @@ namespace vek {
 /// The y shift of 46.996 is what the clients undo; x is never shifted. Numbers follow the
 /// stream's own formatting. A default-formatted stream (classic locale, flags, precision 6, no
 /// width) is written through a buffered fast path that prints exactly what the stream would.
+///
+/// Line ends: Serialize writes "\n", which a text-mode file stream turns into the platform's line
+/// end (CR LF on Windows, LF elsewhere) and a binary or string stream keeps. WriteToFile, the way
+/// the library writes a warp mesh file itself, gives the file the platform's line end in any case,
+/// as every text file the library writes: the rendering clients on Windows read CR LF files.
+/// TextureMeshReader takes either line end.
 ///
 /// Choices made here: Allocate zeroes alphas and triangle slots, and frees arrays held before;
 /// when it cannot allocate it returns VEK_FAILED_TO_ALLOCATE_MEMORY and keeps the old arrays.
@@ -76,6 +83,12 @@ class VEK_EXPORT TextureMesh : public Object {
   Mapping GetMapping() const { return CoordinateMapping; }
 
   void Serialize(std::ostream& os) const;
+  /// Serialize into the file `fileName`, replaced in one step with the platform's line end
+  /// (FileContents::ReplaceText): a failure leaves an earlier file whole.
+  /// VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING, with the custom message naming the file, when it cannot
+  /// be written (a directory in its place, a folder that does not exist); VEK_UNABLE_TO_COPY_FILE
+  /// when the new file cannot take its place.
+  int WriteToFile(const std::string& fileName) const;
   /// Writes the part of the mesh in the strip offset <= x < offset + width, shifted to x = 0,
   /// always as NORMALIZED/LINEAR. Its loops run to the kept counts over this mesh's own arrays,
   /// and every kept triangle lands in slot 0: with one triangle and no dropped vertex below the

@@ -52,15 +52,29 @@ VEK_EXPORT bool WriteFileDurably(const std::string& path, const std::string& byt
 /// write-through): other readers see the old file or the new one, never a missing or partial one.
 VEK_EXPORT bool ReplaceFileAtomically(const std::string& source, const std::string& target);
 
+/// True when `path` names something that exists but does not open for writing: a directory, a
+/// read-only file, a file another process keeps from writers. A missing file gives false. Nothing
+/// is created, truncated or changed.
+VEK_EXPORT bool FileRefusesWriting(const std::string& path);
+
 /// How ReplaceFileContents ended.
 enum class FileReplacement { Done, NotWritten, NotReplaced };
 
 /// Puts `bytes` in place of `path` so that the file is never seen short or missing: writes them
-/// to `<path>.tmp` with WriteFileDurably, then ReplaceFileAtomically. When either step fails the
-/// temporary is removed and `path` is as it was. Writers of one file must not overlap, since they
-/// share the temporary; the option and record files take a FileLock for that. Not OS-specific:
-/// built on the two calls above.
+/// to `<path>.tmp` with WriteFileDurably, then ReplaceFileAtomically. NotWritten when `path`
+/// refuses writing (FileRefusesWriting: a rename would otherwise replace a read-only file on
+/// POSIX, or fail late over a directory) or the temporary cannot be written, say in a folder that
+/// does not exist; NotReplaced when the rename fails. On failure the temporary is removed and
+/// `path` is as it was. Writers of one file must not overlap, since they share the temporary; the
+/// option and record files take a FileLock for that. Not OS-specific: built on the calls above.
 VEK_EXPORT FileReplacement ReplaceFileContents(const std::string& path, const std::string& bytes);
+
+/// The line end of text files on this system: "\r\n" on Windows, "\n" elsewhere.
+VEK_EXPORT const char* LineEnd();
+
+/// `text` with every line end, "\n" or "\r\n", made LineEnd(), so that text built with "\n"
+/// gets the bytes a text file has on this system. A lone "\r" stays; a second pass changes nothing.
+VEK_EXPORT std::string WithPlatformLineEnds(const std::string& text);
 
 /// An exclusive lock on a lock file, honoured by every process that takes the same lock (POSIX
 /// flock, Windows LockFileEx). The constructor waits until the lock is granted; the destructor

@@ -90,7 +90,7 @@ TEST(SpotGrid, WritesTheDocumentedBytesAndReadsThemBack) {
   auto grid = TinyGrid();
   EXPECT_EQ(grid->CountFoundSpots(), 3);
   ASSERT_EQ(grid->Write(dir.File("grid.txt")), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(dir.File("grid.txt")), kTinyGridFile);
+  EXPECT_EQ(test::ReadFile(dir.File("grid.txt")), test::TextFileBytes(kTinyGridFile));
 
   auto read = SmartPointer<SpotGrid>::New();
   ASSERT_EQ(read->Read(dir.File("grid.txt")), VEK_SUCCESS);
@@ -189,8 +189,8 @@ TEST(CalibrationFolder, RoundTripsThroughTheDocumentedFiles) {
   const std::string where = (dir.Path() / "new" / "folder").string();
   auto folder = TwoProjectorFolder();
   ASSERT_EQ(folder->Write(where), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(where + "/calibration.txt"), kIndexFile);
-  EXPECT_EQ(test::ReadFile(where + "/projector_0.txt"), kTinyGridFile);
+  EXPECT_EQ(test::ReadFile(where + "/calibration.txt"), test::TextFileBytes(kIndexFile));
+  EXPECT_EQ(test::ReadFile(where + "/projector_0.txt"), test::TextFileBytes(kTinyGridFile));
   EXPECT_TRUE(std::filesystem::exists(where + "/projector_1.txt"));
   EXPECT_TRUE(std::filesystem::exists(where + "/camera.lens"));
 

@@ -127,9 +127,9 @@ TEST(WarpCalibration, TheSmallestCaseGivesTheseExactBytes) {
   ASSERT_EQ(WarpCalibration::Run(directory.File("calibration"), directory.File("out"), CalibrationSettings(), overrides),
             VEK_SUCCESS);
   EXPECT_EQ(test::ReadFile(directory.File("out/" + WarpCalibration::WarpFileName(0))),
-            "VERTICES 4\nFACES 2\nMAPPING NORMALIZED\nSAMPLING LINEAR\n"
-            "0 -46.996 1 0 0 \n99 -46.996 1 1 0 \n0 2.004 1 0 1 \n99 2.004 1 1 1 \n"
-            "[ 0 3 1 ]\n[ 3 0 2 ]\n");
+            test::TextFileBytes("VERTICES 4\nFACES 2\nMAPPING NORMALIZED\nSAMPLING LINEAR\n"
+                                "0 -46.996 1 0 0 \n99 -46.996 1 1 0 \n0 2.004 1 0 1 \n99 2.004 1 1 1 \n"
+                                "[ 0 3 1 ]\n[ 3 0 2 ]\n"));
 }
 
 int Plain(int status) { return ErrorHelper::GetErrorWithoutCustomMessageFlag(status); }

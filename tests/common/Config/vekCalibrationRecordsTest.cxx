@@ -39,7 +39,7 @@ TEST_F(RecordsTest, BoundaryFileTextAndRoundTrip) {
   // Six significant digits; the count is the x list's length, extra y values are not written.
   ASSERT_EQ(Store->SaveExtrudedCurveScreenBoundaryData({1.5f, -2}, {0.25f, 3}, {}, {}, {1234567.0f}, {0.1f, 9}),
             VEK_SUCCESS);
-  EXPECT_EQ(Read("ExtrudedCurveScreenBoundary"), "2\n1.5 0.25\n-2 3\n0\n1\n1.23457e+06 0.1\n");
+  EXPECT_EQ(Read("ExtrudedCurveScreenBoundary"), test::TextFileBytes("2\n1.5 0.25\n-2 3\n0\n1\n1.23457e+06 0.1\n"));
   EXPECT_FALSE(Exists("ExtrudedCurveScreenBoundary.tmp"));
   Floats x1{7}, y1, x2{7}, y2{7}, x3, y3;
   ASSERT_EQ(Store->LoadExtrudedCurveScreenBoundaryData(x1, y1, x2, y2, x3, y3), VEK_SUCCESS);
@@ -50,10 +50,10 @@ TEST_F(RecordsTest, BoundaryFileTextAndRoundTrip) {
   EXPECT_EQ(y3, Floats{0.1f});
 
   ASSERT_EQ(Store->SaveExtrudedCurveScreenBoundaryData({}, {}, {}, {}, {}, {}), VEK_SUCCESS);
-  EXPECT_EQ(Read("ExtrudedCurveScreenBoundary"), "0\n0\n0\n");
+  EXPECT_EQ(Read("ExtrudedCurveScreenBoundary"), test::TextFileBytes("0\n0\n0\n"));
   // A y list shorter than its x list is refused and the saved boundary stays.
   EXPECT_EQ(Store->SaveExtrudedCurveScreenBoundaryData({}, {}, {1, 2}, {1}, {}, {}), VEK_INVALID_PARAMETERS);
-  EXPECT_EQ(Read("ExtrudedCurveScreenBoundary"), "0\n0\n0\n");
+  EXPECT_EQ(Read("ExtrudedCurveScreenBoundary"), test::TextFileBytes("0\n0\n0\n"));
 }
 
 TEST_F(RecordsTest, BoundaryLoadFailuresLeaveTheListsAlone) {
@@ -79,7 +79,7 @@ TEST_F(RecordsTest, BoundaryLoadFailuresLeaveTheListsAlone) {
   }
 }
 
-TEST_F(RecordsTest, BoundaryThatCannotBeWrittenKeepsTheOldFile) {
+TEST_F(RecordsTest, BoundaryWhoseTemporaryCannotBeWrittenKeepsTheOldFile) {
   Write("ExtrudedCurveScreenBoundary", "0\n0\n0\n");
   std::filesystem::create_directory(Path("ExtrudedCurveScreenBoundary.tmp"));
   EXPECT_EQ(Store->SaveExtrudedCurveScreenBoundaryData({1}, {2}, {}, {}, {}, {}), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING);
@@ -89,7 +89,8 @@ TEST_F(RecordsTest, BoundaryThatCannotBeWrittenKeepsTheOldFile) {
 TEST_F(RecordsTest, ControlPointGridFileTextAndRoundTrip) {
   // 1234.5678f is 1234.5677490234375: nine digits give 1234.56775, which reads back to the same float.
   ASSERT_EQ(Store->SaveInputSpaceBoundaryPoints({0.5f, 1234.5678f}, {-1, 3}, 2, 1), VEK_SUCCESS);
-  EXPECT_EQ(Read("ControlPointLocations"), "{ ControlPoints 1.0 \n2 1 \n  0.5 -1 \n  1234.56775 3 \n} \n");
+  EXPECT_EQ(Read("ControlPointLocations"),
+            test::TextFileBytes("{ ControlPoints 1.0 \n2 1 \n  0.5 -1 \n  1234.56775 3 \n} \n"));
   Floats xs{9}, ys;
   int w = -1, h = -1;
   ASSERT_EQ(Store->LoadInputSpaceBoundaryPoints(xs, ys, w, h), VEK_SUCCESS);
@@ -166,8 +167,10 @@ TEST_F(RecordsTest, MeshAndAlphaTweakingFileTextAndRoundTrip) {
   ASSERT_EQ(mesh->SetOffset(0, 1, {1.5f, -0.125f}), VEK_SUCCESS);
   EXPECT_EQ(mesh->SetOffset(1, 0, {1, 1}), VEK_INVALID_PARAMETERS);  // one layer only
   ASSERT_EQ(Store->SaveOrthographicMeshTweakingData(mesh), VEK_SUCCESS);
-  EXPECT_EQ(Read("OrthographicMeshTweakingData.txt"),
-            "{ MeshTweakingData 1.0 \nGrid 0 0 0.5 0.25 2 1 \nLayers 1 Components 2 \n  0 0 \n  1.5 -0.125 \n} \n");
+  EXPECT_EQ(
+      Read("OrthographicMeshTweakingData.txt"),
+      test::TextFileBytes(
+          "{ MeshTweakingData 1.0 \nGrid 0 0 0.5 0.25 2 1 \nLayers 1 Components 2 \n  0 0 \n  1.5 -0.125 \n} \n"));
   SmartPointer<MeshTweakingData> loaded;  // none handed: the loader makes one
   ASSERT_EQ(Store->LoadOrthographicMeshTweakingData(loaded), VEK_SUCCESS);
   ASSERT_TRUE(loaded);
@@ -179,8 +182,9 @@ TEST_F(RecordsTest, MeshAndAlphaTweakingFileTextAndRoundTrip) {
   SetGrid(*alpha, 1, 1, 1, 1, 2);
   ASSERT_EQ(alpha->SetGain(1, 0, 0.5f), VEK_SUCCESS);
   ASSERT_EQ(Store->SaveAlphaTweakingData(alpha), VEK_SUCCESS);
-  EXPECT_EQ(Read("AlphaTweakingData.txt"),
-            "{ AlphaTweakingData 1.0 \nGrid 0 0 1 1 1 1 \nLayers 2 Components 1 \n  1 \n  0.5 \n} \n");
+  EXPECT_EQ(
+      Read("AlphaTweakingData.txt"),
+      test::TextFileBytes("{ AlphaTweakingData 1.0 \nGrid 0 0 1 1 1 1 \nLayers 2 Components 1 \n  1 \n  0.5 \n} \n"));
   SmartPointer<AlphaTweakingData> gains = SmartPointer<AlphaTweakingData>::New();
   ASSERT_EQ(Store->LoadAlphaTweakingData(gains), VEK_SUCCESS);
   EXPECT_EQ(gains->GetNumberOfLayers(), 2);
@@ -222,8 +226,8 @@ TEST_F(RecordsTest, PerspectiveTweakingFileTextAndRoundTrip) {
   EXPECT_EQ(angles->SetRemappedAngle(6, {0, 0}), VEK_INVALID_PARAMETERS);
   ASSERT_EQ(Store->SavePerspectiveMeshTweakingData(angles.GetPointer()), VEK_SUCCESS);
   EXPECT_EQ(Read("PerspectiveMeshTweakingData.txt"),
-            "{ UniformAngleRemappingData 1.0 \nAzimuth -1 1 \nElevation 0 0.5 \nNodes 3 2 \n"
-            "  -1 0 \n  0 0 \n  1 0 \n  -1 0.5 \n  0.125 0.75 \n  1 0.5 \n} \n");
+            test::TextFileBytes("{ UniformAngleRemappingData 1.0 \nAzimuth -1 1 \nElevation 0 0.5 \nNodes 3 2 \n"
+                                "  -1 0 \n  0 0 \n  1 0 \n  -1 0.5 \n  0.125 0.75 \n  1 0.5 \n} \n"));
 
   SmartPointer<UniformAngleRemappingData> loaded = SmartPointer<UniformAngleRemappingData>::New();
   ASSERT_EQ(Store->LoadPerspectiveMeshTweakingData(loaded.GetPointer()), VEK_SUCCESS);
@@ -257,11 +261,12 @@ TEST_F(RecordsTest, RestorePointXmlTextAndRoundTrip) {
   const std::string file = Base.File("RestorePoint.xml");
   ASSERT_EQ(ConfigurationDatabase::SaveRestorePointInfoFile(file, *info), VEK_SUCCESS);
   EXPECT_EQ(test::ReadFile(file),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<RestorePointInfo>\n"
-            "    <ProductName>Calibrator</ProductName>\n    <ProductVersion>3.2</ProductVersion>\n"
-            "    <BuildId>b417</BuildId>\n    <NumProjectors>4</NumProjectors>\n    <NumCameras>-2</NumCameras>\n"
-            "    <ScreenType>Dome</ScreenType>\n    <Description>Before &lt;aiming&gt; &amp; after</Description>\n"
-            "</RestorePointInfo>\n");
+            test::TextFileBytes(
+                "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<RestorePointInfo>\n"
+                "    <ProductName>Calibrator</ProductName>\n    <ProductVersion>3.2</ProductVersion>\n"
+                "    <BuildId>b417</BuildId>\n    <NumProjectors>4</NumProjectors>\n    <NumCameras>-2</NumCameras>\n"
+                "    <ScreenType>Dome</ScreenType>\n    <Description>Before &lt;aiming&gt; &amp; after</Description>\n"
+                "</RestorePointInfo>\n"));
 
   SmartPointer<RestorePointInfo> loaded = SmartPointer<RestorePointInfo>::New();
   ASSERT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(file, *loaded), VEK_SUCCESS);
@@ -289,6 +294,72 @@ TEST_F(RecordsTest, RestorePointXmlTextAndRoundTrip) {
   ASSERT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(file, *loaded), VEK_SUCCESS);
   EXPECT_EQ(loaded->GetProductName() + loaded->GetBuildId() + loaded->GetScreenType(), "Dome");
   EXPECT_EQ(loaded->GetNumProjectors() * 10 + loaded->GetNumCameras(), 0);
+}
+
+TEST_F(RecordsTest, RecordsThatCannotBeWrittenGiveTheirCodesAndStayAsTheyWere) {
+  SmartPointer<MeshTweakingData> mesh = SmartPointer<MeshTweakingData>::New();
+  SetGrid(*mesh, 1, 1, 1, 1, 1);
+  SmartPointer<AlphaTweakingData> alpha = SmartPointer<AlphaTweakingData>::New();
+  SetGrid(*alpha, 1, 1, 1, 1, 1);
+  SmartPointer<UniformAngleRemappingData> angles = SmartPointer<UniformAngleRemappingData>::New();
+  ASSERT_EQ(angles->SetUniformSampling(-1, 1, 0, 0.5f, 1, 1), VEK_SUCCESS);
+  SmartPointer<RestorePointInfo> info = SmartPointer<RestorePointInfo>::New();
+  const char* names[] = {"ExtrudedCurveScreenBoundary",
+                         "ControlPointLocations",
+                         "CameraSpaceControlPoints0",
+                         "PerspectiveMeshTweakingData.txt",
+                         "OrthographicMeshTweakingData.txt",
+                         "AlphaTweakingData.txt",
+                         "RestorePoint.xml"};
+  auto saveAll = [&] {
+    return std::vector<int>{Store->SaveExtrudedCurveScreenBoundaryData({1}, {2}, {}, {}, {}, {}),
+                            Store->SaveInputSpaceBoundaryPoints({1}, {2}, 1, 1),
+                            Store->SaveCameraSpaceBoundaryPoints(0, {1}, {2}, 1, 1),
+                            Store->SavePerspectiveMeshTweakingData(angles.GetPointer()),
+                            Store->SaveOrthographicMeshTweakingData(mesh),
+                            Store->SaveAlphaTweakingData(alpha),
+                            ConfigurationDatabase::SaveRestorePointInfoFile(Path("RestorePoint.xml"), *info)};
+  };
+  // The boundary's code is plain; the records written in their object form name the file.
+  const int named = Flagged(VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING);
+  const std::vector<int> expected{VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING, named, named, named, named, named, named};
+
+  for (const char* name : names) std::filesystem::create_directory(Path(name));
+  EXPECT_EQ(saveAll(), expected);
+  for (const char* name : names) {
+    EXPECT_TRUE(std::filesystem::is_directory(Path(name))) << name;
+    EXPECT_FALSE(Exists(std::string(name) + ".tmp")) << name;
+  }
+  EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(named),
+            "Unable to open file for writing: " + Path("RestorePoint.xml"));
+
+  const std::string folder = ConfigurationDatabase::GetConfigurationDirectory();
+  std::filesystem::remove_all(folder);  // every record now lies in a folder that does not exist
+  EXPECT_EQ(saveAll(), expected);
+  EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST_F(RecordsTest, RecordsReadEitherLineEnd) {
+  Write("ExtrudedCurveScreenBoundary", "1\r\n1.5 2\r\n0\r\n1\r\n3 4\r\n");
+  Floats x1, y1, x2, y2, x3, y3;
+  ASSERT_EQ(Store->LoadExtrudedCurveScreenBoundaryData(x1, y1, x2, y2, x3, y3), VEK_SUCCESS);
+  EXPECT_EQ(x1, Floats{1.5f});
+  EXPECT_EQ(y3, Floats{4});
+  Write("ControlPointLocations", "{ ControlPoints 1.0 \r\n1 1 \r\n  7 8 \r\n} \r\n");
+  int w = 0, h = 0;
+  ASSERT_EQ(Store->LoadInputSpaceBoundaryPoints(x1, y1, w, h), VEK_SUCCESS);
+  EXPECT_EQ(x1, Floats{7});
+  EXPECT_EQ(y1, Floats{8});
+  // A line break inside a value comes back as it was given, whatever the file's line end.
+  SmartPointer<RestorePointInfo> info = SmartPointer<RestorePointInfo>::New();
+  info->SetScreenType("Flat");
+  info->SetDescription("two\nlines");
+  ASSERT_EQ(ConfigurationDatabase::SaveRestorePointInfoFile(Path("RestorePoint.xml"), *info), VEK_SUCCESS);
+  EXPECT_NE(Read("RestorePoint.xml").find(test::TextFileBytes("<Description>two\nlines</Description>\n")),
+            std::string::npos);
+  SmartPointer<RestorePointInfo> loaded = SmartPointer<RestorePointInfo>::New();
+  ASSERT_EQ(ConfigurationDatabase::LoadRestorePointInfoFile(Path("RestorePoint.xml"), *loaded), VEK_SUCCESS);
+  EXPECT_EQ(loaded->GetDescription(), "two\nlines");
 }
 
 TEST_F(RecordsTest, DamagedRestorePointXmlLeavesTheRecordAlone) {

@@ -101,15 +101,15 @@ TEST_F(OptionStoreTest, SetOptionRewritesOneLineInPlaceAndRegistersNewOptions) {
   WriteOptions("B = 0\nA = 1\n# comment\n\nA = 1\nC = 2\n");
   WriteInfo("A\tInt\t3\n");
   ASSERT_EQ(Store->SetOption("A", 2), VEK_SUCCESS);
-  EXPECT_EQ(Options(), "B = 0\nA = 2\n# comment\n\nC = 2\n");
-  EXPECT_EQ(Info(), "A\tInt\t3\n");  // a described option keeps its info line
+  EXPECT_EQ(Options(), test::TextFileBytes("B = 0\nA = 2\n# comment\n\nC = 2\n"));
+  EXPECT_EQ(Info(), "A\tInt\t3\n");  // a described option keeps its info line: the file is not rewritten
   ASSERT_EQ(Store->SetOption("Pi", 3.14159265f), VEK_SUCCESS);
   ASSERT_EQ(Store->SetOption<std::string>("Title", "My first title"), VEK_SUCCESS);
   ASSERT_EQ(Store->SetOption("On", true), VEK_SUCCESS);
   ASSERT_EQ(Store->SetOption("Cams", std::vector<int>{1, 2, 3}), VEK_SUCCESS);
-  EXPECT_EQ(Options(),
-            "B = 0\nA = 2\n# comment\n\nC = 2\nPi = 3.14159\nTitle = My first title\nOn = 1\nCams = 1 2 3\n");
-  EXPECT_EQ(Info(), "A\tInt\t3\nPi\tFloat\t2\nTitle\tString\t2\nOn\tBool\t2\nCams\tIntArray\t2\n");
+  EXPECT_EQ(Options(), test::TextFileBytes("B = 0\nA = 2\n# comment\n\nC = 2\nPi = 3.14159\nTitle = My first "
+                                           "title\nOn = 1\nCams = 1 2 3\n"));
+  EXPECT_EQ(Info(), test::TextFileBytes("A\tInt\t3\nPi\tFloat\t2\nTitle\tString\t2\nOn\tBool\t2\nCams\tIntArray\t2\n"));
   float pi = 0;
   EXPECT_EQ(Store->GetOption("Pi", pi), VEK_SUCCESS);
   EXPECT_EQ(pi, 3.14159f);
@@ -141,7 +141,7 @@ TEST_F(OptionStoreTest, LongestLineReadsBackAsOneLine) {
   const std::string value(506, 'x');  // "S = " + value: 510 characters
   ASSERT_EQ(Store->SetOption<std::string>("S", value), VEK_SUCCESS);
   ASSERT_EQ(Store->SetOption("A", 2), VEK_SUCCESS);
-  EXPECT_EQ(Options(), "A = 2\nS = " + value + "\n");
+  EXPECT_EQ(Options(), test::TextFileBytes("A = 2\nS = " + value + "\n"));
   std::string read;
   EXPECT_EQ(Store->GetOption<std::string>("S", read), VEK_SUCCESS);
   EXPECT_EQ(read, value);
@@ -179,7 +179,56 @@ TEST_F(OptionStoreTest, InfoColumnsGiveDefaultsRangesAndVisibility) {
   EXPECT_EQ(visibility, 3);
   EXPECT_EQ(Store->GetOptionVisibility("Odd", visibility), VEK_INVALID_PARAMETERS);
   ASSERT_EQ(Store->SetOptionVisibility("Gain", static_cast<OptionVisibility>(5)), VEK_SUCCESS);
-  EXPECT_EQ(Info().substr(0, Info().find('\n')), "Gain\tFloat\t5\t0.5\t0\t2");
+  EXPECT_EQ(Info().substr(0, Info().find('\n') + 1), test::TextFileBytes("Gain\tFloat\t5\t0.5\t0\t2\n"));
+}
+
+TEST_F(OptionStoreTest, WithoutAnInfoFileDescribingLookupsFailAndValuesStillRead) {
+  WriteOptions("A = 7\nL = 5 7 5\n");
+  ASSERT_FALSE(std::filesystem::exists(Store->GetOptionInfoFileName()));
+  std::string type = "stale", text = "stale";
+  EXPECT_EQ(Store->GetOptionType("A", type), VEK_FILE_NOT_FOUND);
+  EXPECT_EQ(type, "Unknown");
+  OptionVisibility visibility = OptionVisibilityHidden;
+  EXPECT_EQ(Store->GetOptionVisibility("A", visibility), VEK_FILE_NOT_FOUND);
+  EXPECT_EQ(Store->SetOptionVisibility("A", OptionVisibilityNewOption), VEK_FILE_NOT_FOUND);
+  int low = 1, high = 2;
+  EXPECT_EQ(Store->GetOptionRange("A", low, high), VEK_FILE_NOT_FOUND);
+  EXPECT_EQ(Store->GetOptionDefaultAsString("A", text), VEK_FILE_NOT_FOUND);
+  // An option nobody described reads as its fallback, and a value as of any type.
+  int value = -1;
+  EXPECT_EQ(Store->GetOptionDefault("A", value), VEK_SUCCESS);
+  EXPECT_EQ(value, 0);
+  EXPECT_EQ(Store->GetOption("Missing", value), VEK_SUCCESS);
+  EXPECT_EQ(value, 0);
+  EXPECT_EQ(Store->GetOption("A", value), VEK_SUCCESS);
+  EXPECT_EQ(value, 7);
+  EXPECT_EQ(Store->GetOptionItemIndex("L", 7), 1);
+  EXPECT_FALSE(std::filesystem::exists(Store->GetOptionInfoFileName()));
+  // List edits write, and writing registers the option in a new info file.
+  ASSERT_EQ(Store->RemoveItemFromOption("L", 5), VEK_SUCCESS);
+  EXPECT_EQ(Info(), test::TextFileBytes("L\tIntArray\t2\n"));
+  std::filesystem::remove(Store->GetOptionInfoFileName());
+  ASSERT_EQ(Store->AddItemToOption("L", 9), VEK_SUCCESS);
+  EXPECT_EQ(Options(), test::TextFileBytes("A = 7\nL = 5 7 9\n"));
+  EXPECT_EQ(Store->GetOptionType("L", type), VEK_SUCCESS);
+  EXPECT_EQ(type, "IntArray");
+}
+
+TEST_F(OptionStoreTest, RewritesGiveEveryLineThePlatformLineEnd) {
+  const std::string longest = "S = " + std::string(506, 'x');  // 510 characters: the longest line
+  WriteOptions("A = 1\r\n# note\r\n\r\n" + longest + "\r\nB = 2\n");
+  WriteInfo("S\tString\t2\r\nA\tInt\t2\r\n");
+  int b = 0;
+  ASSERT_EQ(Store->GetOption("B", b), VEK_SUCCESS);  // the longest CR LF line is one line
+  EXPECT_EQ(b, 2);
+  std::string s;
+  ASSERT_EQ(Store->GetOption("S", s), VEK_SUCCESS);
+  EXPECT_EQ(s, std::string(506, 'x'));
+  std::string type;
+  EXPECT_EQ(Store->GetOptionType("A", type), VEK_SUCCESS);
+  EXPECT_EQ(type, "Int");
+  ASSERT_EQ(Store->SetOption("A", 3), VEK_SUCCESS);
+  EXPECT_EQ(Options(), test::TextFileBytes("A = 3\n# note\n\n" + longest + "\nB = 2\n"));
 }
 
 TEST_F(OptionStoreTest, OptionListsFollowTheVisibilityThreshold) {
@@ -213,14 +262,15 @@ TEST_F(OptionStoreTest, ItemListsEditTheRightElement) {
   EXPECT_EQ(Store->GetOptionItemIndex("F", 9.0f), -1);
   ASSERT_EQ(Store->AddItemToOption<std::string>("Names", "left"), VEK_SUCCESS);
   ASSERT_EQ(Store->AddItemToOption<std::string>("Names", "left"), VEK_SUCCESS);
-  EXPECT_NE(Options().find("Names = left left\n"), std::string::npos);
+  EXPECT_NE(Options().find(test::TextFileBytes("Names = left left\n")), std::string::npos);
 }
 
 TEST_F(OptionStoreTest, DeleteAndImportDefaults) {
   WriteInfo("Gain\tFloat\t2\t0.5\nName\tString\t2\tBig Wall\nNetworkGroupId\tInt\t2\t-1\nBare\tInt\t2\n");
   test::WriteFile(Store->GetDefaultsFileName(), "Gain = 0.75\n");
   ASSERT_EQ(Store->ImportDefaultOptions(), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(Store->GetDefaultsFileName()), "Gain = 0.75\nName = Big Wall\nNetworkGroupId = -1\n");
+  EXPECT_EQ(test::ReadFile(Store->GetDefaultsFileName()),
+            test::TextFileBytes("Gain = 0.75\nName = Big Wall\nNetworkGroupId = -1\n"));
   int group = -1;
   EXPECT_EQ(Store->GetOption("NetworkGroupId", group), VEK_SUCCESS);
   EXPECT_GE(group, 0);
@@ -243,7 +293,7 @@ TEST_F(OptionStoreTest, ACrashBeforeTheReplaceLeavesTheOldFile) {
   EXPECT_EQ(Store->GetOption("A", a), VEK_SUCCESS);
   EXPECT_EQ(a, 1);
   ASSERT_EQ(Store->SetOption("B", 3), VEK_SUCCESS);  // the stale temporary is simply overwritten
-  EXPECT_EQ(Options(), "A = 1\nB = 3\n");
+  EXPECT_EQ(Options(), test::TextFileBytes("A = 1\nB = 3\n"));
 }
 
 TEST(OptionFile, MergeKeepsTheFirstOrderAndLetsTheSecondWin) {
@@ -253,17 +303,34 @@ TEST(OptionFile, MergeKeepsTheFirstOrderAndLetsTheSecondWin) {
   ASSERT_EQ(
       OptionFile::MergeOptionInfoFiles(directory.File("first"), directory.File("second"), directory.File("merged")),
       VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(directory.File("merged")), "# info\nA\tInt\t1\nB\tInt\t4\nC\tFloat\t2\n");
+  EXPECT_EQ(test::ReadFile(directory.File("merged")),
+            test::TextFileBytes("# info\nA\tInt\t1\nB\tInt\t4\nC\tFloat\t2\n"));
 }
 
 TEST(OptionFile, RewritingAMissingFileSaysSoAndStartsEmpty) {
   test::TempDirectory directory;
   test::LogCapture log;
   ASSERT_EQ(OptionFile::AddOrModifyOneLine(directory.File("new.txt"), "K", "K = 1\n"), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(directory.File("new.txt")), "K = 1\n");
+  EXPECT_EQ(test::ReadFile(directory.File("new.txt")), test::TextFileBytes("K = 1\n"));
   EXPECT_EQ(log.Text(), "ERROR:vekConfigurationDatabase, 788: " + directory.File("new.txt") +
                             " could not be opened for reading!\n");
   EXPECT_EQ(OptionFile::AddOrModifyOneLine("", "K", "K = 1\n"), VEK_FILE_NOT_FOUND);
+}
+
+TEST(OptionFile, ATargetThatCannotBeWrittenCannotBeReplaced) {
+  test::TempDirectory directory;
+  const std::string folder = directory.File("folder"), nowhere = directory.File("no-dir/options.txt");
+  std::filesystem::create_directory(folder);
+  for (const std::string& file : {folder, nowhere}) {
+    test::LogCapture log;
+    EXPECT_EQ(OptionFile::AddOrModifyOneLine(file, "K", "K = 2\n"), VEK_UNABLE_TO_COPY_FILE) << file;
+    EXPECT_EQ(log.Text(), "ERROR:vekConfigurationDatabase, 788: " + file +
+                              " could not be opened for reading!\nERROR:vekConfigurationDatabase, 793: Failure "
+                              "writing to " +
+                              file + "!\n");
+    EXPECT_FALSE(std::filesystem::exists(file + ".tmp"));
+  }
+  EXPECT_TRUE(std::filesystem::is_directory(folder));
 }
 
 TEST(OptionFile, AFailedTemporaryWriteSaysSoAndKeepsTheFile) {
@@ -272,7 +339,7 @@ TEST(OptionFile, AFailedTemporaryWriteSaysSoAndKeepsTheFile) {
   test::WriteFile(file, "K = 1\n");
   std::filesystem::create_directory(file + ".tmp");  // the temporary file cannot be written
   test::LogCapture log;
-  EXPECT_EQ(OptionFile::AddOrModifyOneLine(file, "K", "K = 2\n"), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING);
+  EXPECT_EQ(OptionFile::AddOrModifyOneLine(file, "K", "K = 2\n"), VEK_UNABLE_TO_COPY_FILE);
   EXPECT_EQ(log.Text(), "ERROR:vekConfigurationDatabase, 793: Failure writing to " + file + "!\n");
   EXPECT_EQ(test::ReadFile(file), "K = 1\n");
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,8 @@ TEST_F(OptionValueCheckStore, RefusesAnotherTypeThanTheDescribedOne) {
   EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(status), "Gain is described as Int, not Float");
   EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(OptionValueCheck::Check(*Store, "Gain", "Int", "x")),
             "\"x\" is no Int");
+  std::filesystem::remove(Store->GetOptionInfoFileName());  // nothing described: any type
+  EXPECT_EQ(OptionValueCheck::Check(*Store, "Gain", "Float", "0.75"), 0);
 }
 
 }  // namespace

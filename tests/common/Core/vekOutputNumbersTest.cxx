@@ -19,29 +19,31 @@ class NumberFileTest : public ::testing::Test {
 TEST_F(NumberFileTest, WritesExactText) {
   const int ints[] = {1, -20, 300};
   ASSERT_EQ(OutputNumbers::OutputIntFile(File().c_str(), ints, 3), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(File()), "3\n1\n-20\n300\n");
+  EXPECT_EQ(test::ReadFile(File()), test::TextFileBytes("3\n1\n-20\n300\n"));
 
   const float floats[] = {0.1f, 1.0f / 3.0f, 1.0f / 1073741824.0f};
   ASSERT_EQ(OutputNumbers::OutputFloatFile(File().c_str(), floats, 3), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(File()), "3\n0.1\n0.33333334\n9.3132257e-10\n");
+  EXPECT_EQ(test::ReadFile(File()), test::TextFileBytes("3\n0.1\n0.33333334\n9.3132257e-10\n"));
 
   const double doubles[] = {0.1, 2.0 / 3.0};
   ASSERT_EQ(OutputNumbers::OutputDoubleFile(File().c_str(), doubles, 2), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(File()), "2\n0.1\n0.666666666666667\n");
+  EXPECT_EQ(test::ReadFile(File()), test::TextFileBytes("2\n0.1\n0.666666666666667\n"));
 
   const bool bools[] = {true, false};
   ASSERT_EQ(OutputNumbers::OutputBoolFile(File().c_str(), bools, 2), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(File()), "2\n1\n0\n");
+  EXPECT_EQ(test::ReadFile(File()), test::TextFileBytes("2\n1\n0\n"));
 
   const vec2<float> points[] = {{1.5f, -2.0f}, {}};
   ASSERT_EQ(OutputNumbers::OutputVector2File(File().c_str(), points, 2), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(File()), "4\n1.5\n-2\n-5\n-5\n");
+  EXPECT_EQ(test::ReadFile(File()), test::TextFileBytes("4\n1.5\n-2\n-5\n-5\n"));
 
+  // A folder that does not exist, or a folder where the file belongs: the file cannot be opened.
   EXPECT_EQ(OutputNumbers::OutputIntFile(Directory.File("no/such/dir.txt").c_str(), ints, 3), VEK_FILE_NOT_FOUND);
+  EXPECT_EQ(OutputNumbers::OutputIntFile(Directory.Path().string().c_str(), ints, 3), VEK_FILE_NOT_FOUND);
   // A write that fails leaves the earlier file whole.
   std::filesystem::create_directory(File() + ".tmp");
   EXPECT_EQ(OutputNumbers::OutputIntFile(File().c_str(), ints, 3), VEK_FILE_NOT_FOUND);
-  EXPECT_EQ(test::ReadFile(File()), "4\n1.5\n-2\n-5\n-5\n");
+  EXPECT_EQ(test::ReadFile(File()), test::TextFileBytes("4\n1.5\n-2\n-5\n-5\n"));
 }
 
 TEST_F(NumberFileTest, ReadsBackWhatWasWritten) {

@@ -54,7 +54,7 @@ TEST(OrderedQuadrilateral, FileFormIsAVectorNumberFile) {
   const std::string name = dir.File("quad.txt");
   OrderedQuadrilateral q(P(0, 0), P(1.5f, 0), P(0, 1), P(1, -2.25f));
   ASSERT_EQ(q.WriteToFile(name.c_str()), 0);
-  EXPECT_EQ(test::ReadFile(name), "8\n0\n0\n1.5\n0\n0\n1\n1\n-2.25\n");
+  EXPECT_EQ(test::ReadFile(name), test::TextFileBytes("8\n0\n0\n1.5\n0\n0\n1\n1\n-2.25\n"));
   OrderedQuadrilateral back;
   ASSERT_EQ(back.ReadFromFile(name.c_str()), 0);
   for (int k = 0; k < 4; ++k) EXPECT_EQ(back.GetPoint(k), q.GetPoint(k));

@@ -86,7 +86,11 @@ TEST_F(DataFileTest, WritesEveryTypeExactlyAndReadsItBack) {
   for (const DataFileEntry& entry : EveryType()) ASSERT_EQ(file->AddVariable(entry), 0);
   EXPECT_FALSE(file->GetIsEdited());  // adding leaves the flag alone
   ASSERT_NO_FATAL_FAILURE(ExpectRoundTrip());
-  EXPECT_EQ(test::ReadFile(Name), kEveryTypeFile);
+  EXPECT_EQ(test::ReadFile(Name), test::TextFileBytes(kEveryTypeFile));
+  auto empty = SmartPointer<DataFile>::New();
+  empty->SetFileName(Name);
+  ASSERT_EQ(empty->Write(), 0);
+  EXPECT_EQ(test::ReadFile(Name), test::TextFileBytes("#DataFile\n\nFileVersion###1\n"));
 }
 
 TEST_F(DataFileTest, ExtremeValuesRoundTrip) {
@@ -190,11 +194,13 @@ TEST_F(DataFileTest, FailedWritesLeaveTheEarlierFileWhole) {
   std::filesystem::create_directory(Name + ".tmp");  // the new text cannot be written
   EXPECT_EQ(goodOnly->Write(), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000);
   EXPECT_EQ(test::ReadFile(Name), "earlier\n");
-  const std::string folder = Dir.File("folder");  // written, but it cannot take a folder's place
+  const std::string folder = Dir.File("folder");  // a folder where the file belongs
   std::filesystem::create_directory(folder);
   goodOnly->SetFileName(folder);
-  EXPECT_EQ(goodOnly->Write(), VEK_UNABLE_TO_COPY_FILE | 0x8000);
-  EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(VEK_UNABLE_TO_COPY_FILE | 0x8000), "Unable to replace " + folder);
+  EXPECT_EQ(goodOnly->Write(), VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000);
+  EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000),
+            "Unable to open file for writing: " + folder);
+  EXPECT_TRUE(std::filesystem::is_directory(folder));
   EXPECT_FALSE(std::filesystem::exists(folder + ".tmp"));
   goodOnly->SetFileName(Dir.File("no-dir/x.txt"));
   ASSERT_EQ(goodOnly->SetNthVariable(0, good), VEK_SUCCESS);

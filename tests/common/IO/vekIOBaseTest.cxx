@@ -2,9 +2,11 @@
 
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <sstream>
 #include <string>
 
+#include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
 #include "vekIOBase.h"
 #include "vekRectilinearGrid.h"
@@ -36,7 +38,7 @@ bool SameBits(const RectilinearGrid& a, const RectilinearGrid& b) {
   return std::memcmp(fa, fb, sizeof fa) == 0 && a.GetNumx() == b.GetNumx() && a.GetNumy() == b.GetNumy();
 }
 
-TEST(IOBase, OpeningNamesTheFileOnFailureAndWritesBinary) {
+TEST(IOBase, OpeningNamesTheFileOnFailureAndWritesText) {
   test::TempDirectory dir;
   std::ifstream placeholder;
   std::ifstream* in = &placeholder;  // must come back null
@@ -62,7 +64,33 @@ TEST(IOBase, OpeningNamesTheFileOnFailureAndWritesBinary) {
   ASSERT_EQ(IOBase::OpenFileForWriting(out, missing), 0);
   *out << "a\nb\n";
   delete out;
-  EXPECT_EQ(test::ReadFile(missing), "a\nb\n");  // truncated, and no carriage returns added
+  EXPECT_EQ(test::ReadFile(missing), test::TextFileBytes("a\nb\n"));  // truncated; text mode
+}
+
+TEST(IOBase, ReplacingGivesTextThePlatformLineEndAndKeepsBytes) {
+  test::TempDirectory dir;
+  const std::string text = dir.File("text.txt"), bytes = dir.File("bytes.bin");
+  ASSERT_EQ(IOBase::ReplaceTextFile(text, "a\nb\r\n\nc\rd"), 0);  // a lone CR is no line end
+  EXPECT_EQ(test::ReadFile(text), test::TextFileBytes("a\nb\n\nc\rd"));
+  const std::string raw("\n\r\n\0\x0a", 5);
+  ASSERT_EQ(IOBase::ReplaceFile(bytes, raw), 0);
+  EXPECT_EQ(test::ReadFile(bytes), raw);
+}
+
+TEST(IOBase, ReplacingADirectoryOrInAMissingFolderCannotOpenForWriting) {
+  test::TempDirectory dir;
+  const std::string folder = dir.File("folder"), nowhere = dir.File("no-such-dir/out.txt");
+  std::filesystem::create_directory(folder);
+  for (const std::string& target : {folder, nowhere}) {
+    for (int text = 0; text < 2; ++text) {
+      const int code = text ? IOBase::ReplaceTextFile(target, "x\n") : IOBase::ReplaceFile(target, "x\n");
+      EXPECT_EQ(code, VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | 0x8000) << target;
+      EXPECT_EQ(Message(code), "Unable to open file for writing: " + target);
+      EXPECT_FALSE(std::filesystem::exists(target + ".tmp")) << target;
+    }
+  }
+  EXPECT_TRUE(std::filesystem::is_directory(folder));
+  EXPECT_FALSE(std::filesystem::exists(dir.File("no-such-dir")));
 }
 
 TEST(IOBase, ReadLineLimitAndEndOfStream) {
@@ -74,6 +102,17 @@ TEST(IOBase, ReadLineLimitAndEndOfStream) {
   EXPECT_EQ(IOBase::ReadLine(&fits, buffer), 0);
   EXPECT_STREQ(buffer, "next");                                                 // carriage return dropped
   EXPECT_EQ(IOBase::ReadLine(&fits, buffer), VEK_FILE_NOT_FORMATTED_PROPERLY);  // no line end: truncated
+
+  // The longest line fits with either line end.
+  std::istringstream longestCrLf(longest + "\r\n" + std::string(510, 'z') + "\r\nend\r\n");
+  EXPECT_EQ(IOBase::ReadLine(&longestCrLf, buffer), 0);
+  EXPECT_EQ(std::string(buffer), longest);
+  EXPECT_EQ(IOBase::ReadLine(&longestCrLf, buffer), 0);
+  EXPECT_EQ(std::string(buffer), std::string(510, 'z'));
+  EXPECT_EQ(IOBase::ReadLine(&longestCrLf, buffer), 0);
+  EXPECT_STREQ(buffer, "end");
+  std::istringstream longestThenCr(longest + "\ry\n");
+  EXPECT_EQ(IOBase::ReadLine(&longestThenCr, buffer), VEK_FILE_NOT_FORMATTED_PROPERLY);  // 512 characters
 
   std::istringstream tooLong(std::string(512, 'y') + "\nshort\n");
   EXPECT_EQ(IOBase::ReadLine(&tooLong, buffer), VEK_FILE_NOT_FORMATTED_PROPERLY);

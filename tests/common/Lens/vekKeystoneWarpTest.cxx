@@ -100,7 +100,7 @@ TEST(KeystoneWarp, NumberFileOfSevenFloats) {
   const std::string name = dir.File("keystone.txt");
   auto warp = MakeWarp(kCycle);
   ASSERT_EQ(warp->Write(name.c_str()), 0);
-  EXPECT_EQ(test::ReadFile(name), "7\n0.5\n0.5\n0.5\n1\n2\n10\n100\n");
+  EXPECT_EQ(test::ReadFile(name), test::TextFileBytes("7\n0.5\n0.5\n0.5\n1\n2\n10\n100\n"));
   auto read = WarpPtr::New();
   ASSERT_EQ(read->Read(name.c_str()), 0);
   double p[7];

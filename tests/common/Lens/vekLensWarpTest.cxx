@@ -270,12 +270,20 @@ TEST(LensWarpIO, EveryModelWithItsTypeTagAndBack) {
   test::TempDirectory directory;
   const std::string file = directory.File("lens.txt");
   ASSERT_EQ(LensWarpIO::WriteToFile(file.c_str(), equalArea.GetPointer()), VEK_SUCCESS);
-  EXPECT_EQ(test::ReadFile(file), equalAreaBody);
+  EXPECT_EQ(test::ReadFile(file), test::TextFileBytes(equalAreaBody));
   ASSERT_EQ(LensWarpIO::ReadFromFile(file.c_str(), warp), VEK_SUCCESS);
   EXPECT_STREQ(warp->GetClassName(), "EqualAreaFishEyeLensWarp");
   const int missing = LensWarpIO::ReadFromFile(directory.File("none.txt").c_str(), warp);
   EXPECT_EQ(ErrorHelper::GetErrorWithoutCustomMessageFlag(missing), VEK_FILE_NOT_FOUND);
   EXPECT_FALSE(warp);
+  // A folder in the file's place, or a folder that does not exist: the file cannot be opened.
+  for (const std::string& target : {directory.Path().string(), directory.File("no-dir/lens.txt")})
+    EXPECT_EQ(LensWarpIO::WriteToFile(target.c_str(), equalArea.GetPointer()),
+              VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | VEK_CUSTOM_MESSAGE_FLAG)
+        << target;
+  // Either line end reads.
+  test::WriteFile(file, "2 1.1 0 0 0 0 0 0 0 0 0 0 0 0 0 0\r\n");
+  EXPECT_EQ(LensWarpIO::ReadFromFile(file.c_str(), warp), VEK_SUCCESS);
 }
 
 TEST(LensWarpIO, DamagedBodies) {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <random>
 #include <sstream>
 #include <string>
@@ -104,8 +105,8 @@ TEST(TextureMeshReader, RoundTripsTheWriterByteForByte) {
                         Case{3000, 1, TextureMesh::PIXELS, TextureMesh::ANISOTROPIC, 0.1f},
                         Case{1, 0, TextureMesh::PIXELS, TextureMesh::ANISOTROPIC, 1e-40f}}) {
     SCOPED_TRACE(c.points);
-    auto mesh = c.points ? RandomMesh(c.points, c.faces, static_cast<unsigned>(c.faces))
-                         : SmartPointer<TextureMesh>::New();
+    auto mesh =
+        c.points ? RandomMesh(c.points, c.faces, static_cast<unsigned>(c.faces)) : SmartPointer<TextureMesh>::New();
     mesh->SetMapping(c.mapping);
     mesh->SetTextureType(c.sampling);
     mesh->SetAnisotropy(c.anisotropy);
@@ -184,6 +185,38 @@ TEST(TextureMeshReader, FilesAreNamedInMessages) {
   EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(status),
             file + ", line 2: the input ends where \"FACES <count>\" belongs");
   EXPECT_FALSE(mesh);
+}
+
+TEST(TextureMeshFile, WrittenFilesHaveThePlatformLineEndAndReadBack) {
+  auto mesh = SmartPointer<TextureMesh>::New();
+  mesh->SetNumPoints(3);
+  mesh->SetNumTriangles(1);
+  ASSERT_EQ(mesh->Allocate(), 0);
+  mesh->AddPoint(0, 0, 0, 0, 0, 1);
+  mesh->AddPoint(1, 100, 100, 1, 1, 0.5f);
+  mesh->AddPoint(2, 100, 0, 1, 0, 1);
+  mesh->AddTriangle(0, 0, 1, 2);
+  const std::string text =
+      "VERTICES 3\nFACES 1\nMAPPING NORMALIZED\nSAMPLING LINEAR\n"
+      "0 -46.996 1 0 0 \n100 53.004 0.5 1 1 \n100 -46.996 1 1 0 \n[ 0 1 2 ]\n";
+  test::TempDirectory dir;
+  const std::string file = dir.File("projector_0.warp");
+  ASSERT_EQ(mesh->WriteToFile(file), 0);
+  EXPECT_EQ(test::ReadFile(file), test::TextFileBytes(text));
+  SmartPointer<TextureMesh> read;
+  ASSERT_EQ(TextureMeshReader::ReadFile(file, read), 0);
+  EXPECT_EQ(Written(*read), text);
+
+  // A folder where the file belongs, or a folder that does not exist: nothing is written.
+  const std::string folder = dir.File("folder"), nowhere = dir.File("no-dir/projector_0.warp");
+  std::filesystem::create_directory(folder);
+  for (const std::string& target : {folder, nowhere}) {
+    const int status = mesh->WriteToFile(target);
+    EXPECT_EQ(status, VEK_UNABLE_TO_OPEN_FILE_FOR_WRITING | VEK_CUSTOM_MESSAGE_FLAG) << target;
+    EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(status), "Unable to open file for writing: " + target);
+    EXPECT_FALSE(std::filesystem::exists(target + ".tmp")) << target;
+  }
+  EXPECT_TRUE(std::filesystem::is_directory(folder));
 }
 
 }  // namespace

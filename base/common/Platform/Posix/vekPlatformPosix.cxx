@@ -241,6 +241,18 @@ bool ReplaceFileAtomically(const std::string& source, const std::string& target)
   return true;
 }
 
+bool FileRefusesWriting(const std::string& path) {
+  // O_NONBLOCK: a FIFO without a reader would otherwise hold the caller here.
+  const int fd = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (fd >= 0) {
+    ::close(fd);
+    return false;
+  }
+  return errno != ENOENT;
+}
+
+const char* LineEnd() { return "\n"; }
+
 FileLock::FileLock(const std::string& lockFile) {
   int fd = ::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   if (fd < 0) return;
