@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
       "tool's messages go to vekTool.log beside the debug log.");
   Commands commands(app);
   for (auto add : {AddVersionCommand, AddErrorCommand, AddOptionCommands, AddLensCommands, AddMeshCommands,
-                    AddCalibrationCommands})
+                    AddCalibrationCommands, AddProductCommand, AddSystemsCommands})
     add(commands);
   try {
     app.parse(argc, argv);

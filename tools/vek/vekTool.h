@@ -50,5 +50,7 @@ void AddOptionCommands(Commands& commands);
 void AddLensCommands(Commands& commands);
 void AddMeshCommands(Commands& commands);
 void AddCalibrationCommands(Commands& commands);
+void AddProductCommand(Commands& commands);
+void AddSystemsCommands(Commands& commands);
 
 }  // namespace vek::tool

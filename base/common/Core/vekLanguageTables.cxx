@@ -7,6 +7,7 @@
 #include "vekClassInitializer.h"
 #include "vekErrorCodes.h"
 #include "vekPlatform.h"
+#include "vekProductModule.h"
 #include "vekRecursiveLock.h"
 #include "vekTextConversion.h"
 
@@ -78,6 +79,8 @@ int LanguageTables::GetPrimaryLanguageID() {
 int LanguageTables::GetText(const std::string& key, std::wstring& text) {
   RecursiveLockGuard lock(Lock());
   text.clear();
+  // Before the tables are built: a module found now discards them.
+  ProductModule::LoadBesideLibrary();
   if (!m_DefaultStringTable) {
     m_DefaultStringTable = new Table;
     LoadDefaultLanguagePack(*m_DefaultStringTable);

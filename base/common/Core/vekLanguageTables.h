@@ -13,8 +13,9 @@ namespace vek {
 /// "KEY = text", a backslash followed by n meaning a line break) held as "LANGUAGE_PACK" resources
 /// of a module under the Windows primary language identifier (9 English, 7 German, 12 French,
 /// 17 Japanese), or from the file LanguagePack.lang in the configuration directory, which replaces
-/// the built-in pack. The product module "KORProductConfiguration.dll" may add or replace texts;
-/// when it is absent nothing is added. ConfigurationDatabase offers all of this as its statics.
+/// the built-in pack. The product module "KORProductConfiguration.dll" (ProductModule, looked for
+/// beside the library) may add or replace texts; when it is absent nothing is added.
+/// ConfigurationDatabase offers all of this as its statics.
 /// Every member runs under the configuration lock.
 class VEK_EXPORT LanguageTables {
  public:

@@ -39,6 +39,14 @@ VEK_EXPORT bool ModuleResource(const std::string& moduleName, const std::string&
 VEK_EXPORT void RegisterModuleResource(const std::string& moduleName, const std::string& type, int id,
                                        const unsigned char* data, std::size_t size);
 
+/// The ending of a loadable module's file name: ".dll" on Windows, ".so" elsewhere.
+VEK_EXPORT const char* ModuleFileSuffix();
+
+/// Loads the module file at `path` and keeps it loaded for the rest of the process: what it
+/// registered (POSIX: its resources, registered by its static initialisers) must stay valid, and
+/// ModuleResource finds it by its file name (Windows). True when it is loaded, now or before.
+VEK_EXPORT bool LoadModule(const std::string& path);
+
 /// Asks the system to back a large, not yet touched block with large memory pages where it can,
 /// which spares random look-ups most address-translation misses. Only a hint: no-op where the
 /// system offers nothing of the kind.

@@ -197,6 +197,13 @@ void RegisterModuleResource(const std::string& moduleName, const std::string& ty
   ResourceTable()[{moduleName, type, id}] = {data, size};
 }
 
+const char* ModuleFileSuffix() { return ".so"; }
+
+bool LoadModule(const std::string& path) {
+  // Never closed: the resources it registered point into its static data.
+  return ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL) != nullptr;
+}
+
 void AdviseLargePages(const void* data, std::size_t bytes) {
 #ifdef MADV_HUGEPAGE
   const std::uintptr_t page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));

@@ -134,6 +134,13 @@ bool ModuleResource(const std::string& moduleName, const std::string& type, int 
 
 void RegisterModuleResource(const std::string&, const std::string&, int, const unsigned char*, std::size_t) {}
 
+const char* ModuleFileSuffix() { return ".dll"; }
+
+bool LoadModule(const std::string& path) {
+  // Never freed, so that look-ups by the module's name find it for the rest of the process.
+  return LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH) != nullptr;
+}
+
 void AdviseLargePages(const void*, std::size_t) {}
 
 bool WriteFileDurably(const std::string& path, const std::string& bytes) {
