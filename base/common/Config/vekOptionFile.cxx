@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <map>
 #include <memory>
-#include <new>
 #include <set>
 
 #include "vekErrorCodes.h"
+#include "vekFileContents.h"
 #include "vekOutputMessages.h"
 #include "vekPlatform.h"
 
@@ -137,11 +137,8 @@ int OptionFile::ParseOptionInfoLine(const std::string& line, std::string& name, 
 
 int OptionFile::ReplaceContent(const std::string& file, const std::string& content) {
   std::string bytes;
-  try {
-    bytes = platform::WithPlatformLineEnds(content);
-  } catch (const std::bad_alloc&) {
-    return VEK_FAILED_TO_ALLOCATE_MEMORY;
-  }
+  const int status = FileContents::TextBytes(content, bytes);
+  if (status != VEK_SUCCESS) return status;
   switch (platform::ReplaceFileContents(file, bytes)) {
     case platform::FileReplacement::Done:
       return VEK_SUCCESS;

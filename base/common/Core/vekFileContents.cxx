@@ -25,12 +25,17 @@ int FileContents::Replace(const std::string& name, const std::string& bytes) {
 
 int FileContents::ReplaceText(const std::string& name, const std::string& text) {
   std::string bytes;
+  const int status = TextBytes(text, bytes);
+  return status == VEK_SUCCESS ? Replace(name, bytes) : status;
+}
+
+int FileContents::TextBytes(const std::string& text, std::string& bytes) {
   try {
     bytes = platform::WithPlatformLineEnds(text);
   } catch (const std::bad_alloc&) {
     return VEK_FAILED_TO_ALLOCATE_MEMORY;
   }
-  return Replace(name, bytes);
+  return VEK_SUCCESS;
 }
 
 }  // namespace vek

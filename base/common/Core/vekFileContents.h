@@ -23,6 +23,9 @@ class VEK_EXPORT FileContents {
  public:
   static int Replace(const std::string& name, const std::string& bytes);
   static int ReplaceText(const std::string& name, const std::string& text);
+  /// The bytes of a text file holding `text` (platform::WithPlatformLineEnds), for writers with
+  /// codes of their own. VEK_FAILED_TO_ALLOCATE_MEMORY when there is no room for them.
+  static int TextBytes(const std::string& text, std::string& bytes);
 
  private:
   FileContents() = delete;

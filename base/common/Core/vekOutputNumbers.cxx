@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "vekErrorCodes.h"
+#include "vekFileContents.h"
 #include "vekPlatform.h"
 
 namespace vek {
@@ -36,15 +37,16 @@ void AppendFormatted(std::string& text, const char* format, T value) {
 // step, so a failure leaves an earlier file whole rather than cut short.
 template <class T>
 int WriteNumbers(const char* fileName, const T* values, int count, const char* format) {
-  std::string text;
+  std::string text, bytes;
   try {
     AppendFormatted(text, "%i\n", count);
     for (int i = 0; i < count; ++i) AppendFormatted(text, format, Printable(values[i]));
-    text = platform::WithPlatformLineEnds(text);
   } catch (const std::bad_alloc&) {
     return VEK_FAILED_TO_ALLOCATE_MEMORY;
   }
-  switch (platform::ReplaceFileContents(fileName ? fileName : "", text)) {
+  const int status = FileContents::TextBytes(text, bytes);
+  if (status != VEK_SUCCESS) return status;
+  switch (platform::ReplaceFileContents(fileName ? fileName : "", bytes)) {
     case platform::FileReplacement::Done:
       return VEK_SUCCESS;
     case platform::FileReplacement::NotWritten:
