@@ -96,9 +96,9 @@ void KeepOneActive(std::vector<System>& systems) {
 std::string Serialized(const std::vector<System>& systems) {
   tinyxml2::XMLPrinter printer;
   printer.PushDeclaration("xml version=\"1.0\" encoding=\"UTF-8\"");
-  printer.OpenElement(KOREnterpriseSystemManager::kRootElement);
+  printer.OpenElement(kSystemsRootElement);
   for (const System& s : systems) {
-    printer.OpenElement(KOREnterpriseSystemManager::kSystemElement);
+    printer.OpenElement(kSystemElement);
     printer.PushAttribute("Id", s.Id.c_str());
     printer.PushAttribute("Name", s.Name.c_str());
     printer.PushAttribute("BaseDirectory", s.BaseDirectory.c_str());
@@ -133,7 +133,7 @@ void KOREnterpriseSystemManager::PrintSelf(std::ostream& os, Indent indent) cons
 std::string KOREnterpriseSystemManager::GetFileName() const {
   if (!FileName.empty()) return FileName;
   ClassInitializer* settings = ClassInitializer::GetInstance();
-  return settings ? settings->GetConfigDirectoryName() + kFileName : std::string(kFileName);
+  return settings ? settings->GetConfigDirectoryName() + kSystemsFileName : std::string(kSystemsFileName);
 }
 
 std::string KOREnterpriseSystemManager::TimeText(std::int64_t seconds) {
@@ -189,9 +189,10 @@ int KOREnterpriseSystemManager::Read(const std::string& file, std::vector<System
   if (document.Parse(bytes.data(), bytes.size()) != tinyxml2::XML_SUCCESS)
     return Damaged(file, document.ErrorLineNum(), std::string("the XML does not parse (") + document.ErrorName() + ")");
   const tinyxml2::XMLElement* root = document.RootElement();
-  if (!root || std::string(root->Name()) != kRootElement)
-    return Damaged(file, root ? root->GetLineNum() : 0,
-                   "the root element is " + std::string(root ? root->Name() : "missing") + ", not " + kRootElement);
+  if (!root || std::string(root->Name()) != kSystemsRootElement)
+    return Damaged(
+        file, root ? root->GetLineNum() : 0,
+        "the root element is " + std::string(root ? root->Name() : "missing") + ", not " + kSystemsRootElement);
   for (const tinyxml2::XMLElement* element = root->FirstChildElement(kSystemElement); element;
        element = element->NextSiblingElement(kSystemElement)) {
     const int line = element->GetLineNum();

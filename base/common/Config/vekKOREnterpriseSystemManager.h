@@ -8,6 +8,13 @@
 
 namespace vek {
 
+// Texts outside the class: static data of an exported class would have to be imported from the
+// library.
+inline constexpr char kSystemsFileName[] = "systems.xml";
+inline constexpr char kSystemsRootElement[] = "EnterpriseSystemConfiguration";
+inline constexpr char kSystemElement[] = "System";
+inline constexpr char kDefaultScreenType[] = "Flat";
+
 /// The list of display systems installed on this machine, kept in "systems.xml" in the
 /// configuration directory. Each system is a wall or dome with its own base folder (its Config/,
 /// calibration data and warps); one of them is the active system, the one the suite works on.
@@ -43,10 +50,6 @@ namespace vek {
 /// has decided what to do with it: Clear starts a new list in its place.
 class VEK_EXPORT KOREnterpriseSystemManager : public Object {
  public:
-  static constexpr char kFileName[] = "systems.xml";
-  static constexpr char kRootElement[] = "EnterpriseSystemConfiguration";
-  static constexpr char kSystemElement[] = "System";
-  static constexpr char kDefaultScreenType[] = "Flat";
   /// The time of a system never calibrated.
   static constexpr std::int64_t kNeverCalibrated = -1;
   /// 9999-12-31T23:59:59Z, the last time the file's form can hold.

@@ -70,9 +70,9 @@ KORProductConfiguration::KORProductConfiguration() { SetDefaults(); }
 
 void KORProductConfiguration::SetDefaults() {
   ProductName = kDefaultProductName;
-  Edition = kDefaultEdition;
+  Edition = kDefaultProductEdition;
   Version = VEK_VERSION_STRING;
-  Build = kDefaultBuild;
+  Build = kDefaultProductBuild;
   MaxProjectors = kDefaultMaxProjectors;
   MaxCameras = kDefaultMaxCameras;
   Features.clear();
@@ -102,7 +102,7 @@ int KORProductConfiguration::Load() {
 int KORProductConfiguration::ReadFromModule(const std::string& moduleName) {
   try {
     std::string bytes;
-    if (!platform::ModuleResource(moduleName, kResourceType, kResourceId, bytes)) {
+    if (!platform::ModuleResource(moduleName, kProductConfigResourceType, kResourceId, bytes)) {
       SetDefaults();
       return VEK_SUCCESS;
     }
@@ -133,9 +133,9 @@ int KORProductConfiguration::ReadFromText(const std::string& text, const std::st
       if (BadLines++ == 0) firstProblem = "line " + std::to_string(number) + " \"" + content + "\": " + problem;
     }
     if (BadLines > 0)
-      VEK_REPORT_WARNING(kResourceType << " of " << sourceName << ", " << firstProblem << "; " << BadLines
-                                       << (BadLines == 1 ? " line" : " lines")
-                                       << " passed over, their facts keep their defaults.");
+      VEK_REPORT_WARNING(kProductConfigResourceType << " of " << sourceName << ", " << firstProblem << "; " << BadLines
+                                                    << (BadLines == 1 ? " line" : " lines")
+                                                    << " passed over, their facts keep their defaults.");
   } catch (const std::bad_alloc&) {
     SetDefaults();
     return VEK_FAILED_TO_ALLOCATE_MEMORY;

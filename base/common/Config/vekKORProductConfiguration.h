@@ -8,6 +8,13 @@
 
 namespace vek {
 
+// Texts outside the class: static data of an exported class would have to be imported from the
+// library.
+inline constexpr char kProductConfigResourceType[] = "PRODUCT_CONFIG";
+inline constexpr char kDefaultProductName[] = "vek";
+inline constexpr char kDefaultProductEdition[] = "Standard";
+inline constexpr char kDefaultProductBuild[] = "0";
+
 /// The facts of the product built on this library (name, edition, version, build, how many
 /// projectors and cameras it drives) and its feature switches, as the companion product module
 /// (ProductModule) states them in its resource "PRODUCT_CONFIG", id 1.
@@ -42,11 +49,7 @@ namespace vek {
 /// with it, and says how many lines were passed over.
 class VEK_EXPORT KORProductConfiguration : public Object {
  public:
-  static constexpr char kResourceType[] = "PRODUCT_CONFIG";
   static constexpr int kResourceId = 1;
-  static constexpr char kDefaultProductName[] = "vek";
-  static constexpr char kDefaultEdition[] = "Standard";
-  static constexpr char kDefaultBuild[] = "0";
   static constexpr int kDefaultMaxProjectors = 64;
   static constexpr int kDefaultMaxCameras = 16;
   static constexpr int kCountLimit = 10000;
