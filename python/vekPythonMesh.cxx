@@ -11,7 +11,6 @@
 #include <string>
 
 #include "vekErrorCodes.h"
-#include "vekIOBase.h"
 #include "vekPython.h"
 #include "vekSmartPointer.h"
 #include "vekTextureMesh.h"
@@ -186,11 +185,11 @@ names the file and the line.)")
       .def(
           "write",
           [](const PyTextureMesh& mesh, const std::filesystem::path& path) {
-            Check(IOBase::ReplaceFile(path.string(), ToString(mesh)));
+            Check(mesh.Get()->WriteToFile(path.string()));
           },
           py::arg("path"),
-          R"(Writes the mesh warp file, replacing the file in one step: a failure leaves an earlier file
-whole. The file's y is the vertex's y less 46.996, as the format has it; numbers have six
+          R"(Writes the mesh warp file with the platform's line end, replacing the file in one step: a
+failure leaves an earlier file whole. The file's y is the vertex's y less 46.996, as the format has it; numbers have six
 significant digits.)")
       .def("to_string", &ToString, "The mesh warp file's text.")
       .def("__repr__", [](const PyTextureMesh& mesh) {
