@@ -19,6 +19,7 @@ test_packages=(
   googletest libgtest-dev libbenchmark-dev
   g++-mingw-w64-x86-64-posix       # the Windows cross-build
   xz-utils                         # fetch-tinyxml2-source.sh unpacks Debian's .orig.tar.xz
+  doxygen graphviz                 # the API reference (the docs target)
   wine64 xvfb xauth                # the Windows tests, headless (xvfb-run)
 )
 

@@ -32,6 +32,16 @@ run_suite() {  # name, build dir, cmake arguments...
 
 mkdir -p build
 run_suite linux build/linux -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVEK_BUILD_TESTS=ON -DVEK_BUILD_BENCHMARKS=ON
+# The API reference from the headers' comments; a Doxygen warning fails it.
+if [ -d build/linux/bin ]; then
+  echo "=== docs ==="
+  if cmake --build build/linux --target docs >build/linux.docs.log 2>&1; then
+    echo "docs: API reference in build/linux/docs/html"
+  else
+    head -60 build/linux.docs.log
+    failed+=("docs")
+  fi
+fi
 # The installed package must work for a client that only uses find_package(vek).
 if [ -d build/linux/bin ]; then
   echo "=== package ==="
@@ -39,8 +49,11 @@ if [ -d build/linux/bin ]; then
   if cmake --install build/linux --prefix build/install >/dev/null &&
      cmake -S tests/package -B build/client -DCMAKE_PREFIX_PATH="$PWD/build/install" >/dev/null &&
      cmake --build build/client >/dev/null &&
-     VEK_BASE_DIR="$PWD/build/client/base" LD_LIBRARY_PATH="$PWD/build/install/lib" build/client/vekClient; then
-    echo "package: installed library found and linked by a client"
+     VEK_BASE_DIR="$PWD/build/client/base" LD_LIBRARY_PATH="$PWD/build/install/lib" build/client/vekClient &&
+     # The installed tool finds its library from any prefix, with no library path set.
+     env -i VEK_BASE_DIR="$PWD/build/client/base" build/install/bin/vek version >/dev/null &&
+     [ -f build/install/share/doc/vek/html/index.html ]; then
+    echo "package: installed library found and linked by a client; the installed tool runs; API reference installed"
   else
     failed+=("package")
   fi
