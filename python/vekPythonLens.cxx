@@ -8,6 +8,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "vekBrownLensWarp.h"
 #include "vekEqualAreaFishEyeLensWarp.h"
@@ -182,7 +183,7 @@ model defines.)");
   cls.def_property(
       "camera_size",
       [](const PyGenericLensWarp& lens) {
-        return std::array<int, 2>{static_cast<int>(lens.Get()->GetWidth()), static_cast<int>(lens.Get()->GetHeight())};
+        return std::pair<int, int>(static_cast<int>(lens.Get()->GetWidth()), static_cast<int>(lens.Get()->GetHeight()));
       },
       &SetCameraSize<PyGenericLensWarp>, "(width, height) of the camera image in pixels; setting it changes nothing else.");
   cls.def_property(
@@ -304,7 +305,7 @@ RadialLensWarp(width, height, center=(0, 0), k1=0, k2=0), all in the file's form
       .def_property(
           "camera_size",
           [](const PyRadialLensWarp& lens) {
-            return std::array<int, 2>{lens.Get()->GetWidth(), lens.Get()->GetHeight()};
+            return std::pair<int, int>(lens.Get()->GetWidth(), lens.Get()->GetHeight());
           },
           &SetCameraSize<PyRadialLensWarp>,
           "(width, height) in pixels; setting another size rebuilds the pixel numbers from the file form.");
@@ -330,7 +331,7 @@ FishEyeLensWarp(width, height) puts the centre in the image middle, ((w - 1) / 2
       .def_property(
           "camera_size",
           [](const PyFishEyeLensWarp& lens) {
-            return std::array<int, 2>{lens.Get()->GetWidth(), lens.Get()->GetHeight()};
+            return std::pair<int, int>(lens.Get()->GetWidth(), lens.Get()->GetHeight());
           },
           &SetCameraSize<PyFishEyeLensWarp>, "(width, height) in pixels; setting it also centres the image centre.");
 }
