@@ -34,10 +34,10 @@ enum OptionVisibility : int { OptionVisibilityHidden = 0, OptionVisibilityNewOpt
 ///
 /// A missing info file (KOROptionInfo.txt) is no description at all. The lookups that only
 /// describe answer VEK_FILE_NOT_FOUND then: GetOptionType, GetOptionVisibility, GetOptionRange,
-/// GetOptionDefaultAsString, SetOptionVisibility, GetOptionList and GetOptionListWithValue. The
-/// members whose steps give an undescribed option a fallback keep it: GetOptionDefault reads the
-/// fallback (0, false, "") with VEK_SUCCESS, so GetOption of a key in no file does too, and
-/// GetOption takes the type of a value as "Unknown" (any type accepted). The item-list members
+/// GetOptionDefaultAsString, SetOptionVisibility, GetOptionList and GetOptionListWithValue. Reading
+/// a value does not depend on a description: GetOptionDefault gives the fallback (0, false, "")
+/// with VEK_SUCCESS, as for a key without an info line, so GetOption of a key in no file does too,
+/// and GetOption takes the type of a value as "Unknown" (any type accepted). The item-list members
 /// build on GetOption and SetOption, which registers the option in a new info file.
 ///
 /// Keys are single words that do not start with "#"; a key or value that would change the
