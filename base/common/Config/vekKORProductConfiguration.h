@@ -38,15 +38,15 @@ inline constexpr char kDefaultProductBuild[] = "0";
 /// | Build            | text, not empty                        | "0"                      |
 /// | MaxProjectors    | decimal from 1 to kCountLimit          | kDefaultMaxProjectors    |
 /// | MaxCameras       | decimal from 1 to kCountLimit          | kDefaultMaxCameras       |
-/// | Feature.<name>   | on/off, true/false, yes/no, 1/0 (any case) | off                  |
+/// | Feature.<name>   | on/off, true/false, yes/no, 1/0, any case | off                   |
 ///
 /// A feature name is letters, digits and underscores. A switch the module does not name is off.
 ///
 /// No module, or a module without the resource, is normal: every fact keeps its default and
 /// nothing is reported. A damaged resource is read as far as it can be: each line that breaks the
 /// rules above (no "=", an unknown key, a value that does not fit) is passed over, so its fact
-/// keeps its default, and one warning names the first such line, its number and what is wrong
-/// with it, and says how many lines were passed over.
+/// keeps its default (or an earlier good line's value), and one warning names the first such
+/// line, its number and what is wrong with it, and says how many lines were passed over.
 class VEK_EXPORT KORProductConfiguration : public Object {
  public:
   static constexpr int kResourceId = 1;
@@ -65,7 +65,8 @@ class VEK_EXPORT KORProductConfiguration : public Object {
   /// that is not loaded, or has no such resource, leaves the defaults: VEK_SUCCESS either way.
   int ReadFromModule(const std::string& moduleName);
   /// Reads facts from resource text, starting from the defaults; `sourceName` names the text in
-  /// the warning about bad lines and in GetSourceName. Always VEK_SUCCESS: bad lines only warn.
+  /// the warning about bad lines and in GetSourceName. VEK_SUCCESS whatever the text holds, since
+  /// bad lines only warn; VEK_FAILED_TO_ALLOCATE_MEMORY, with every default, when memory runs out.
   int ReadFromText(const std::string& text, const std::string& sourceName);
 
   const std::string& GetProductName() const { return ProductName; }
