@@ -65,7 +65,8 @@ int ControlPoints::Read(std::istream& in) {
   const std::string failed = "Failed to read ControlPoints from stream, ";
   long long width = -1, height = -1;
   in >> width >> height;
-  if (!in || width < 0 || height < 0 || width * height > INT_MAX)
+  // Each side is bounded first: two counts from a file may multiply past long long.
+  if (!in || width < 0 || height < 0 || width > INT_MAX || height > INT_MAX || width * height > INT_MAX)
     return RecordFile::Damaged(in, VEK_UNABLE_TO_READ_NUM_FROM_FILE, failed + "bad grid size.");
   const long long count = width * height;
   std::vector<vec2<float>> points;

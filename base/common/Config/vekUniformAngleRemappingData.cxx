@@ -22,7 +22,10 @@ float Nominal(float minimum, float maximum, int count, int index) {
                             static_cast<double>(index) * (static_cast<double>(maximum) - minimum) / (count - 1));
 }
 
-bool ValidCounts(long long numx, long long numy) { return numx >= 0 && numy >= 0 && numx * numy <= INT_MAX; }
+// Each count is bounded before the product: counts read from a file may multiply past long long.
+bool ValidCounts(long long numx, long long numy) {
+  return numx >= 0 && numy >= 0 && numx <= INT_MAX && numy <= INT_MAX && numx * numy <= INT_MAX;
+}
 
 }  // namespace
 
