@@ -1,10 +1,12 @@
 #include "vekClassInitializer.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <type_traits>
 
 #include "vekOutputFile.h"
 #include "vekOutputMessages.h"
@@ -44,6 +46,14 @@ void Convert(const std::string& text, float& value) { value = static_cast<float>
 void Convert(const std::string& text, int& value) { value = SaturatedAtoi(text.c_str()); }
 void Convert(const std::string& text, bool& value) { value = SaturatedAtoi(text.c_str()) != 0; }
 void Convert(const std::string& text, std::string& value) { value = text; }
+
+template <class T>
+bool IsNotANumber(const T& value) {
+  if constexpr (std::is_floating_point_v<T>)
+    return std::isnan(value);
+  else
+    return false;
+}
 
 template <class T>
 void ReportGet(const char* name, const T& value) {
@@ -147,8 +157,8 @@ int ClassInitializer::GetScalar(const char* name, T& value, const T& defaultValu
   const std::string* text = m_InitData ? m_InitData->FindValue(name) : nullptr;
   if (text)
     Convert(*text, value);
-  else
-    value = defaultValue;
+  // "nan" converts, but no comparison can hold it to the range: it takes the default instead.
+  if (!text || IsNotANumber(value)) value = defaultValue;
   if (maxValue && value > *maxValue) value = *maxValue;
   if (minValue && *minValue > value) value = *minValue;
   if (m_InitData && m_InitData->ReportGets) ReportGet(name, value);

@@ -36,7 +36,8 @@ class VEK_EXPORT ClassInitializer : public DirectoryInitializer {
   static void CleanUp();
 
   // Typed look-ups: return whether the name was found. Scalars are clamped to [min, max]
-  // (max first, so min wins when min > max); bool ignores its range.
+  // (max first, so min wins when min > max); bool ignores its range. A float or double whose
+  // text reads as NaN takes the default, which is then clamped.
   static int Get(const char* name, double& value, const double& defaultValue, const double& minValue,
                  const double& maxValue);
   static int Get(const char* name, float& value, const float& defaultValue, const float& minValue,

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include <regex>
 #include <string>
 #include <vector>
 
+#include "../../fuzz/vekRegressionInputs.h"
 #include "vekClassInitializer.h"
 #include "vekConfigurationDatabase.h"
 #include "vekTestSupport.h"
@@ -166,6 +168,28 @@ TEST_F(ClassInitializerTest, PrintsEveryKeptLineWithSeparators) {
   ClassInitializer::PrintMe(os);
   EXPECT_NE(os.str().find("  Num Lines 1\n  a--=--1--\n"), std::string::npos) << os.str();
   EXPECT_EQ(os.str().rfind("ClassInitializer Not Null\n  Reference Count: ", 0), 0u);
+}
+
+// A setting that reads as NaN would pass both comparisons of the clamp: it takes the default.
+// (Windows' C runtime reads "nan" as 0, which the clamp keeps as it is.)
+TEST_F(ClassInitializerTest, NotANumberTakesTheClampedDefault) {
+  const std::string file = test::RegressionInput("ClassInitializer", "nan-setting");
+  ASSERT_EQ(file, "Gain = nan\nWarpStep = 12\n");
+  test::WriteFile(Config() + "Initialization", file);
+  Settle();
+  std::vector<float> list;
+  EXPECT_TRUE(ClassInitializer::Get("Gain", list));  // a list has no range: it keeps what it reads
+  ASSERT_EQ(list.size(), 1u);
+  const bool readAsNaN = std::isnan(list[0]);
+  float gain = 0;
+  EXPECT_EQ(ClassInitializer::Get("Gain", gain, 0.5f, -1.5f, 2.5f), 1);
+  EXPECT_EQ(gain, readAsNaN ? 0.5f : list[0]);
+  double wide = 0;
+  EXPECT_EQ(ClassInitializer::Get("Gain", wide, 9.0, 1.0, 2.0), 1);
+  EXPECT_EQ(wide, readAsNaN ? 2.0 : 1.0);
+  int step = 0;
+  EXPECT_EQ(ClassInitializer::Get("WarpStep", step, 32, 2, 256), 1);
+  EXPECT_EQ(step, 12);
 }
 
 }  // namespace
