@@ -1,6 +1,7 @@
 #include "vekSpatialConnectivity.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <new>
 
@@ -114,7 +115,8 @@ int SpatialConnectivity::GetNumberOfLayers() const {
 }
 
 int SpatialConnectivity::SetProjectorLayer(int projector, int layer) {
-  if (projector < 0 || projector >= GetNumberOfProjectors() || layer < 0)
+  // The number of layers, the highest + 1, must be an int as well.
+  if (projector < 0 || projector >= GetNumberOfProjectors() || layer < 0 || layer == INT_MAX)
     return Fail(VEK_INVALID_PARAMETERS, "Cannot set the layer of " + Projector(projector) + " to " +
                                             std::to_string(layer) + ": index out of range.");
   if (Data.Type == kGlobalMxN)
@@ -492,7 +494,7 @@ int SpatialConnectivity::Read(std::istream& in) {
     if (status != VEK_SUCCESS) return status == VEK_FAILED_TO_ALLOCATE_MEMORY ? status : damaged("bad sizes.");
     for (int i = 0; i < p; ++i)
       if (read->SetProjectorLayer(i, layers[i]) != VEK_SUCCESS)
-        return damaged("negative layer " + std::to_string(layers[i]) + " of " + Projector(i) + ".");
+        return damaged("layer " + std::to_string(layers[i]) + " of " + Projector(i) + " out of range.");
     if (type == kGeneric) {
       for (int k = 0; k + 1 < neighbors.GetNumberOfValues(); k += 2) {
         status = read->AddNeighbor(neighbors[k], neighbors[k + 1]);

@@ -91,7 +91,8 @@ class VEK_EXPORT SpatialConnectivity : public Object {
   int GetRows() const { return Data.Rows; }
   int GetColumns() const { return Data.Columns; }
 
-  /// Fails when the projector has neighbours: they would end up in another layer.
+  /// Layers run from 0 to INT_MAX - 1, so that their number is an int. Fails when the projector
+  /// has neighbours: they would end up in another layer.
   int SetProjectorLayer(int projector, int layer);
   /// kNone for an index out of range.
   int GetProjectorLayer(int projector) const;
