@@ -35,7 +35,8 @@ TEST_F(ReaderRegressionTest, ControlPointSidesWhoseProductOverflowsAreABadSize) 
   int w = 5, h = 5;
   const int status = Store->LoadInputSpaceBoundaryPoints(xs, ys, w, h);
   EXPECT_EQ(Plain(status), VEK_UNABLE_TO_READ_NUM_FROM_FILE);
-  EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(status), "Failed to read ControlPoints from stream, bad grid size.");
+  EXPECT_EQ(ErrorHelper::GetErrorMessageWithNoExtras(status),
+            "Failed to read ControlPoints from stream, bad grid size.");
   EXPECT_TRUE(xs.empty() && ys.empty());
   EXPECT_EQ(w, 0);
   EXPECT_EQ(h, 0);
@@ -48,12 +49,10 @@ TEST_F(ReaderRegressionTest, ControlPointSidesAreEachHeldToInt) {
   };
   // A side beyond int is refused even when the other side makes the product 0; a product of
   // exactly INT_MAX passes the size check and then misses its points, without claiming memory.
-  const Case cases[] = {{"2147483648 0", VEK_UNABLE_TO_READ_NUM_FROM_FILE},
-                        {"0 2147483648", VEK_UNABLE_TO_READ_NUM_FROM_FILE},
-                        {"-1 0", VEK_UNABLE_TO_READ_NUM_FROM_FILE},
-                        {"2147483647 1", VEK_UNABLE_TO_READ_NUM_FROM_FILE},
-                        {"65536 32768", VEK_UNABLE_TO_READ_NUM_FROM_FILE},
-                        {"2147483647 0", VEK_SUCCESS}};
+  const Case cases[] = {
+      {"2147483648 0", VEK_UNABLE_TO_READ_NUM_FROM_FILE}, {"0 2147483648", VEK_UNABLE_TO_READ_NUM_FROM_FILE},
+      {"-1 0", VEK_UNABLE_TO_READ_NUM_FROM_FILE},         {"2147483647 1", VEK_UNABLE_TO_READ_NUM_FROM_FILE},
+      {"65536 32768", VEK_UNABLE_TO_READ_NUM_FROM_FILE},  {"2147483647 0", VEK_SUCCESS}};
   for (const Case& c : cases) {
     auto grid = SmartPointer<ControlPoints>::New();
     ASSERT_EQ(grid->SetGridSize(1, 1), VEK_SUCCESS);
