@@ -1,4 +1,5 @@
-# Debian packages made by CPack from the install rules, one per component:
+# Debian packages made by CPack from the install rules, one per component (each description's
+# first line is the package's synopsis):
 #   libvek0      runtime      the shared library (its language packs are built into it)
 #   libvek-dev   development  headers, the CMake package, vek.pc, documentation and examples
 #   vek-tools    tools        the vek command
@@ -10,7 +11,6 @@ set(CPACK_PACKAGE_NAME vek)
 set(CPACK_PACKAGE_VENDOR "vek")
 set(CPACK_PACKAGE_CONTACT "vek developers <vek@localhost>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Common library of a calibration suite for multi-projector displays")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_GENERATOR DEB)
@@ -27,6 +27,9 @@ endif()
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# libvek0 says which versions of it satisfy programs built against this one (its shlibs file).
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 # The library is found in the build tree while the other packages' dependencies are worked out;
 # it belongs to no installed package yet, and libvek0 is named explicitly instead.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
@@ -34,8 +37,6 @@ set(vek_exact "libvek${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION})")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libvek${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_RUNTIME_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_RUNTIME_GENERATE_SHLIBS_POLICY ">=")
 string(CONCAT CPACK_COMPONENT_RUNTIME_DESCRIPTION
     "Common library of a calibration suite for multi-projector displays\n"
     "Status codes with messages in English, German, French and Japanese, output channels and a\n"

@@ -20,6 +20,10 @@ test_packages=(
   g++-mingw-w64-x86-64-posix       # the Windows cross-build
   xz-utils                         # fetch-tinyxml2-source.sh unpacks Debian's .orig.tar.xz
   doxygen graphviz                 # the API reference (the docs target)
+  pybind11-dev python3-dev         # the Python module, built for Debian's python3
+  python3-numpy python3-pytest     # numpy for the module, pytest for its tests
+  python3-opencv                   # the tests compare undistortion with OpenCV's
+  dpkg-dev file                    # cpack's Debian packages run dpkg-shlibdeps and file
   wine64 xvfb xauth                # the Windows tests, headless (xvfb-run)
 )
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Sets everything up, then builds and runs every test: Linux, Linux under AddressSanitizer and
-# UndefinedBehaviorSanitizer, and the Windows DLL under Wine. Fails if any of the three fails.
+# Sets everything up, then builds and runs every test: Linux (with the installation, the Debian
+# packages in build/linux/packages and the Python module's tests), Linux under AddressSanitizer and
+# UndefinedBehaviorSanitizer, and the Windows DLL under Wine. Fails if any of them fails.
 set -uo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh || exit 1
@@ -42,21 +43,73 @@ if [ -d build/linux/bin ]; then
     failed+=("docs")
   fi
 fi
-# The installed package must work for a client that only uses find_package(vek).
-if [ -d build/linux/bin ]; then
-  echo "=== package ==="
-  rm -rf build/install build/client
-  if cmake --install build/linux --prefix build/install >/dev/null &&
-     cmake -S tests/package -B build/client -DCMAKE_PREFIX_PATH="$PWD/build/install" >/dev/null &&
-     cmake --build build/client >/dev/null &&
-     VEK_BASE_DIR="$PWD/build/client/base" LD_LIBRARY_PATH="$PWD/build/install/lib" build/client/vekClient &&
-     # The installed tool finds its library from any prefix, with no library path set.
-     env -i VEK_BASE_DIR="$PWD/build/client/base" build/install/bin/vek version >/dev/null &&
-     [ -f build/install/share/doc/vek/html/index.html ]; then
-    echo "package: installed library found and linked by a client; the installed tool runs; API reference installed"
-  else
-    failed+=("package")
+# The installation must serve a client that uses find_package(vek) and one that uses pkg-config,
+# every installed header must compile with the installed include path alone, and the installed tool
+# and Python module must find the library from wherever the prefix is.
+check_install() {
+  local prefix=$PWD/build/install client=$PWD/build/client
+  local base=$client/base
+  rm -rf "$prefix" "$client"
+  mkdir -p "$client/pkg-config"
+  cmake --install build/linux --prefix "$prefix" >/dev/null || return 1
+  { cmake -S tests/package -B "$client" -DCMAKE_PREFIX_PATH="$prefix" && cmake --build "$client"; } >/dev/null ||
+    { echo "package: the find_package(vek) client does not build"; return 1; }
+  VEK_BASE_DIR="$base" LD_LIBRARY_PATH="$prefix/lib" "$client/vekClient" >/dev/null ||
+    { echo "package: the find_package(vek) client fails"; return 1; }
+  local flags
+  flags=$(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --cflags --libs vek) &&
+    g++ -std=c++20 tests/package/vekClient.cxx $flags -o "$client/pkg-config/vekClient" ||
+    { echo "package: the pkg-config client does not build"; return 1; }
+  VEK_BASE_DIR="$base" LD_LIBRARY_PATH="$prefix/lib" "$client/pkg-config/vekClient" >/dev/null ||
+    { echo "package: the pkg-config client fails"; return 1; }
+  local header
+  for header in "$prefix"/include/vek/*.h; do
+    echo "#include \"$(basename "$header")\""
+  done >"$client/every-header.cxx"
+  g++ -std=c++20 -fsyntax-only $(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --cflags vek) \
+    "$client/every-header.cxx" || { echo "package: an installed header needs one that is not installed"; return 1; }
+  env -i VEK_BASE_DIR="$base" "$prefix/bin/vek" version >/dev/null ||
+    { echo "package: the installed tool does not run without a library path"; return 1; }
+  env -i VEK_BASE_DIR="$base" PYTHONPATH="$prefix/lib/python3/dist-packages" "$python" -c 'import vek' ||
+    { echo "package: the installed Python module does not import"; return 1; }
+  [ -f "$prefix/share/doc/vek/html/index.html" ] || { echo "package: no API reference installed"; return 1; }
+  echo "package: clients built with find_package(vek) and with pkg-config run; every installed header" \
+    "compiles; the installed tool and Python module run; API reference installed"
+}
+
+# The Python module's tests, by the interpreter it was built for, in a base folder of their own.
+# pytest's closing line is the summary; its exit status 5 (no test collected) fails too. At exit
+# the library's leak registry must have found every object let go.
+check_python() {
+  local base=$PWD/build/linux/testbase/python status=0
+  rm -rf "$base"
+  compgen -G "build/linux/python/vek.*.so" >/dev/null || { echo "python: the module was not built"; return 1; }
+  VEK_BASE_DIR="$base" VEK_TOOL="$PWD/build/linux/bin/vek" PYTHONPATH="$PWD/build/linux/python" \
+    "$python" -m pytest -q -p no:cacheprovider python/tests || status=$?
+  [ $status -eq 0 ] || return 1
+  if [ "$(grep . "$base/Temp/DebugLog.txt" 2>/dev/null | tail -n 1)" != "Found 0 Leaks" ]; then
+    tail -n 20 "$base/Temp/DebugLog.txt"
+    echo "python: leaks reported at exit"
+    return 1
   fi
+}
+
+# The Debian packages of the Linux build, in build/linux/packages, and what they hold.
+check_debian_packages() {
+  rm -rf build/linux/packages
+  (cd build/linux && cpack -G DEB) >build/linux.cpack.log 2>&1 || { tail -30 build/linux.cpack.log; return 1; }
+  bash scripts/check-packages.sh build/linux/packages
+}
+
+if [ -d build/linux/bin ]; then
+  python=$(sed -n 's/^Python3_EXECUTABLE:FILEPATH=//p' build/linux/CMakeCache.txt)
+  python=${python:-/usr/bin/python3}
+  echo "=== package ==="
+  check_install || failed+=("package")
+  echo "=== debian packages ==="
+  check_debian_packages || failed+=("debian packages")
+  echo "=== python ==="
+  check_python || failed+=("python")
 fi
 
 run_suite sanitizers build/sanitizers -DCMAKE_BUILD_TYPE=Debug -DVEK_SANITIZE=ON
@@ -67,4 +120,4 @@ if [ ${#failed[@]} -gt 0 ]; then
   echo "FAILED: ${failed[*]}"
   exit 1
 fi
-echo "All test suites passed (linux, sanitizers, windows)."
+echo "All test suites passed (linux, docs, package, debian packages, python, sanitizers, windows)."

@@ -19,13 +19,8 @@ def options():
         before[name] = open(path, "rb").read() if os.path.exists(path) else None
     yield store
     for name, content in before.items():
-        path = os.path.join(directory, name)
-        if content is None:
-            if os.path.exists(path):
-                os.remove(path)
-        else:
-            with open(path, "wb") as file:
-                file.write(content)
+        with open(os.path.join(directory, name), "wb") as file:
+            file.write(content or b"")
 
 
 def refused(options, key, value):
