@@ -4,8 +4,13 @@
 # of this repository's main branch, as root with CI=true and no standard input. CI's machine
 # already has every package, so only this check sees a missing install step.
 #
-#   scripts/check-fresh-machine.sh            both commands
-#   scripts/check-fresh-machine.sh run        only scripts/run.sh (or: test)
+#   scripts/check-fresh-machine.sh            both commands, then the packages
+#   scripts/check-fresh-machine.sh run        only scripts/run.sh (or: test, packages)
+#
+# "packages" installs the Debian packages that the test command built (its root's
+# build/linux/packages, kept in build/fresh-machine/packages) into another fresh root with
+# apt-get install ./<package>.deb, which brings in their dependencies from Debian, and runs
+# "vek demo" and "python3 -c 'import vek'" there.
 #
 # Needs root (debootstrap, chroot, mounts) and the network to Debian's packages; installs
 # debootstrap and git on this machine when they are missing. The minimal root is made once and
@@ -17,7 +22,8 @@ repo=$PWD
 work=$repo/build/fresh-machine
 pristine=$work/pristine
 root=$work/root
-[ $# -gt 0 ] || set -- run test
+debs=$work/packages
+[ $# -gt 0 ] || set -- run test packages
 commands=("$@")
 
 if [ "$(id -u)" -ne 0 ]; then
@@ -91,17 +97,45 @@ failed=0
 summary=()
 for command in "${commands[@]}"; do
   case $command in
-    run | test) ;;
-    *) echo "check-fresh-machine: unknown command '$command' (run or test)" >&2; exit 2 ;;
+    run | test | packages) ;;
+    *) echo "check-fresh-machine: unknown command '$command' (run, test or packages)" >&2; exit 2 ;;
   esac
+  if [ "$command" = packages ] && ! compgen -G "$debs/*.deb" >/dev/null; then
+    line="packages: none in ${debs#"$repo"/} (run the test command first)"
+    echo "$line"
+    summary+=("$line")
+    failed=1
+    continue
+  fi
   fresh_root
   log=$work/$command.log
-  echo "=== scripts/$command.sh on a fresh root (log: ${log#"$repo"/}) ==="
   start=$(date +%s)
   status=0
-  in_root "cd /root/vek && scripts/$command.sh" >"$log" 2>&1 || status=$?
+  if [ "$command" = packages ]; then
+    label=packages
+    echo "=== the Debian packages on a fresh root (log: ${log#"$repo"/}) ==="
+    mkdir -p "$root/tmp/vek-packages"
+    cp "$debs"/*.deb "$root/tmp/vek-packages/"
+    in_root "cd /tmp/vek-packages && apt-get update -qq &&
+             DEBIAN_FRONTEND=noninteractive apt-get install -y -q ./*.deb && cd /tmp &&
+             vek demo /tmp/vek-demo && python3 -c 'import vek; print(\"import vek:\", vek.__version__)'" \
+      >"$log" 2>&1 || status=$?
+  else
+    label=scripts/$command.sh
+    echo "=== $label on a fresh root (log: ${log#"$repo"/}) ==="
+    in_root "cd /root/vek && $label" >"$log" 2>&1 || status=$?
+  fi
   minutes=$(( ($(date +%s) - start + 30) / 60 ))
-  line="scripts/$command.sh: exit status $status, about $minutes min"
+  line="$label: exit status $status, about $minutes min"
+  [ "$command" != packages ] || line="$line; installed $(cd "$debs" && echo *.deb), then ran vek demo and import vek"
+  if [ "$command" = test ]; then
+    # The packages the test command built, for the packages command; none after a failed run.
+    rm -rf "$debs"
+    if [ "$status" -eq 0 ]; then
+      mkdir -p "$debs"
+      cp "$root"/root/vek/build/linux/packages/*.deb "$debs/" || { line="$line; no packages built"; status=1; }
+    fi
+  fi
   if [ "$command" = run ]; then
     # The first command must not bring in the Windows cross-build or its test runners.
     extra=$(in_root "dpkg-query -W -f='\${Package}\n' 2>/dev/null" | grep -E '^(wine|mingw|g\+\+-mingw|xvfb|xauth)' || true)
