@@ -17,7 +17,8 @@ int DebugLeaks::m_NumHash = 0;
 
 namespace {
 
-std::mutex g_nextInfoMutex;
+// One lock for the whole registry: clients list and unlist objects from any thread.
+std::mutex g_registryMutex;
 constexpr unsigned int kInitialBucketCapacity = 4;
 
 LeaksInfo UnknownCreation() { return LeaksInfo{"Unknown File", "Unknown", LeaksInfo::kUnknownLine, nullptr}; }
@@ -51,7 +52,7 @@ DebugLeaks::~DebugLeaks() {
 }
 
 void DebugLeaks::AddNextObjectInfo(const char* fileName, const int& lineNumber, const char* creator) {
-  std::lock_guard<std::mutex> lock(g_nextInfoMutex);
+  std::lock_guard<std::mutex> lock(g_registryMutex);
   if (!m_NextLeaksInfo) return;
   m_NextLeaksInfo->FileName = fileName ? fileName : "";
   m_NextLeaksInfo->LineNumber = lineNumber;
@@ -59,12 +60,14 @@ void DebugLeaks::AddNextObjectInfo(const char* fileName, const int& lineNumber, 
 }
 
 void DebugLeaks::AddObjectToList(Object* object) {
+  std::lock_guard<std::mutex> lock(g_registryMutex);
   int hash = HashString(object->GetClassName(), m_NumHash);
   AllocateListedObjectsHashIfNecessary(hash);
   ListObjectWithHash(hash, object);
 }
 
 void DebugLeaks::RemoveObjectFromList(Object* object) {
+  std::lock_guard<std::mutex> lock(g_registryMutex);
   RemoveListedObjectWithHash(HashString(object->GetClassName(), m_NumHash), object);
 }
 
@@ -98,12 +101,14 @@ void DebugLeaks::RemoveListedObjectWithHash(const int& hash, Object* object) {
 }
 
 int DebugLeaks::HasLeaks() {
+  std::lock_guard<std::mutex> lock(g_registryMutex);
   for (int i = 0; i < m_NumHash; ++i)
     if (m_ListedObjects[i] && m_ListedObjects[i]->GetCount() > 0) return 1;
   return 0;
 }
 
 int DebugLeaks::GetNumLeaks() {
+  std::lock_guard<std::mutex> lock(g_registryMutex);
   int total = 0;
   for (int i = 0; i < m_NumHash; ++i)
     if (m_ListedObjects[i]) total += static_cast<int>(m_ListedObjects[i]->GetCount());
@@ -111,6 +116,7 @@ int DebugLeaks::GetNumLeaks() {
 }
 
 void DebugLeaks::ShowAllLeaks(std::ostream& os) const {
+  std::lock_guard<std::mutex> lock(g_registryMutex);
   int n = 0;
   for (int i = 0; i < m_NumHash; ++i) {
     if (!m_ListedObjects[i]) continue;
@@ -123,6 +129,7 @@ void DebugLeaks::ShowAllLeaks(std::ostream& os) const {
 }
 
 void DebugLeaks::PrintSelf(std::ostream& os, Indent indent) const {
+  std::lock_guard<std::mutex> lock(g_registryMutex);
   int used = 0;
   for (int i = 0; i < m_NumHash; ++i) used += m_ListedObjects[i] ? 1 : 0;
   os << indent << "NumHash: " << m_NumHash << "\n";

@@ -16,7 +16,8 @@ using LeaksInfoArray = Stack<LeaksInfo>;
 /// Define one static DebugLeaks in every translation unit that lists objects: the shared state
 /// lives from the first instance to the last (a counted "nifty" guard), and holds the output
 /// channels open until then. Objects are kept in 64 buckets chosen by the byte sum of the class
-/// name; removal swaps the last record of the bucket into the freed place.
+/// name; removal swaps the last record of the bucket into the freed place. Objects may be listed
+/// and unlisted from any thread: one lock keeps the registry whole.
 class VEK_EXPORT DebugLeaks {
  public:
   DebugLeaks();
