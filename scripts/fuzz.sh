@@ -3,10 +3,11 @@
 #   scripts/fuzz.sh TARGET SECONDS     e.g. scripts/fuzz.sh CalibrationRecords 600
 #   scripts/fuzz.sh --list             the targets
 # Builds the fuzz targets first (clang, AddressSanitizer and UndefinedBehaviorSanitizer, in
-# build/fuzz). The run starts from the seeds in tests/fuzz/corpus/TARGET and keeps what it finds in
-# build/fuzz/corpus/TARGET. A crashing input is saved in build/fuzz/crashes/TARGET/ together with
-# the run's report (the .log file of the same name); the script then fails. Every crash belongs in
-# the ordinary test suite as a regression test, with the input as a file.
+# build/fuzz). The run starts from the seeds in tests/fuzz/corpus/TARGET and the inputs that once
+# failed (tests/fuzz/regressions/TARGET), and keeps what it finds in build/fuzz/corpus/TARGET. A
+# crashing input is saved in build/fuzz/crashes/TARGET/ together with the run's report (the .log
+# file of the same name); the script then fails. Every crash belongs in the ordinary test suite as
+# a regression test, with the input as a file.
 set -uo pipefail
 cd "$(dirname "$0")/.."
 
@@ -41,8 +42,11 @@ before=$(ls "$crashes" | grep -c -v '\.log$')
 export VEK_BASE_DIR=$PWD/$build/base
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=0}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+# New inputs go to the first folder; the seeds and the inputs that once failed are read first.
+inputs=("$corpus" "tests/fuzz/corpus/$target")
+[ -d "tests/fuzz/regressions/$target" ] && inputs+=("tests/fuzz/regressions/$target")
 "$build/bin/vekFuzz$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \
-  -artifact_prefix="$crashes/" "$corpus" "tests/fuzz/corpus/$target" >"$log" 2>&1
+  -artifact_prefix="$crashes/" "${inputs[@]}" >"$log" 2>&1
 status=$?
 
 # The summary: executions, coverage (cov: edges, ft: features), corpus size, memory.

@@ -25,6 +25,8 @@ test_packages=(
   python3-opencv                   # the tests compare undistortion with OpenCV's
   dpkg-dev file                    # cpack's Debian packages run dpkg-shlibdeps and file
   wine64 xvfb xauth                # the Windows tests, headless (xvfb-run)
+  clang libclang-rt-14-dev         # the fuzz targets (libFuzzer) and the ThreadSanitizer build
+  libomp-14-dev                    # clang's OpenMP, with the tool that explains it to the sanitizer
 )
 
 packages=("${run_packages[@]}")

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Sets everything up, then builds and runs every test: Linux (with the installation, the Debian
 # packages in build/linux/packages and the Python module's tests), Linux under AddressSanitizer and
-# UndefinedBehaviorSanitizer, and the Windows DLL under Wine. Fails if any of them fails.
+# UndefinedBehaviorSanitizer, a short run of every fuzz target, the threaded parts under
+# ThreadSanitizer, and the Windows DLL under Wine. Fails if any of them fails.
 set -uo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh || exit 1
@@ -113,6 +114,56 @@ if [ -d build/linux/bin ]; then
 fi
 
 run_suite sanitizers build/sanitizers -DCMAKE_BUILD_TYPE=Debug -DVEK_SANITIZE=ON
+
+# Every fuzz target for a short run (VEK_FUZZ_SECONDS each, 20 by default) from its seeds and the
+# inputs that once made it fail, so that a regression in a reader shows at the next submission.
+# Longer runs are scripts/fuzz.sh's; it builds the targets with clang in build/fuzz.
+echo "=== fuzz ==="
+fuzz_start=$SECONDS
+for target in $(ls tests/fuzz/corpus); do
+  if bash scripts/fuzz.sh "$target" "${VEK_FUZZ_SECONDS:-20}" >"build/fuzz-$target.log" 2>&1; then
+    echo "$target: $(grep -E '^#[0-9]+' "build/fuzz-$target.log" | tail -1)"
+  else
+    cat "build/fuzz-$target.log"
+    failed+=("fuzz $target")
+  fi
+done
+echo "fuzz: $(ls tests/fuzz/corpus | wc -l) targets in $((SECONDS - fuzz_start)) s"
+
+# ThreadSanitizer over the tests of the parts that take locks or run threads: the class
+# initializer's lock and the leak registry (Core), the option store in one process and in two
+# (Config and the two-process test), SpawnThread and RunExecutable (Process), and the lens array
+# operations under OpenMP (Lens). clang with LLVM's OpenMP, whose Archer tool tells the sanitizer
+# about OpenMP's own synchronisation; the OpenMP runtime itself is not instrumented. Any report
+# fails the run (the sanitizer's exit code).
+run_tsan() {
+  local dir=build/tsan program
+  echo "=== thread sanitizer ==="
+  if ! { CC=clang CXX=clang++ cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVEK_SANITIZE=thread \
+           -DVEK_BUILD_EXAMPLES=OFF -DVEK_BUILD_PYTHON=OFF &&
+         cmake --build "$dir" -j"$jobs" --target vekTestcommonCore vekTestcommonConfig vekTestcommonProcess \
+           vekTestcommonLens vekTestHelperProgram vek-tool; } >"$dir.build.log" 2>&1; then
+    grep -E -B2 -A12 'error|Error' "$dir.build.log" | head -80
+    failed+=("thread sanitizer (build)")
+    return
+  fi
+  local archer
+  archer=$(find /usr/lib/llvm-*/lib -name libarcher.so 2>/dev/null | sort | tail -1)
+  export OMP_TOOL_LIBRARIES=$archer TSAN_OPTIONS="ignore_noninstrumented_modules=1"
+  for program in Core Config Process Lens; do
+    rm -rf "$dir/testbase/$program"
+    if VEK_BASE_DIR=$PWD/$dir/testbase/$program "$dir/bin/vekTestcommon$program" >"$dir-$program.log" 2>&1; then
+      echo "$program: $(tail -1 "$dir-$program.log")"
+    else
+      grep -E -A30 'WARNING: ThreadSanitizer|FAILED|Failure' "$dir-$program.log" | head -120
+      failed+=("thread sanitizer ($program)")
+    fi
+  done
+  sh tests/common/Config/vekTwoProcessesTest.sh "$dir/bin/vek" "$PWD/$dir/testbase/TwoProcesses" ||
+    failed+=("thread sanitizer (two processes)")
+  unset OMP_TOOL_LIBRARIES TSAN_OPTIONS
+}
+run_tsan
 run_suite windows build/windows -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64-x86_64.cmake"
 
@@ -120,4 +171,5 @@ if [ ${#failed[@]} -gt 0 ]; then
   echo "FAILED: ${failed[*]}"
   exit 1
 fi
-echo "All test suites passed (linux, docs, package, debian packages, python, sanitizers, windows)."
+echo "All test suites passed (linux, docs, package, debian packages, python, sanitizers, fuzz, thread sanitizer," \
+  "windows)."
