@@ -189,8 +189,8 @@ names the file and the line.)")
           },
           py::arg("path"),
           R"(Writes the mesh warp file with the platform's line end, replacing the file in one step: a
-failure leaves an earlier file whole. The file's y is the vertex's y less 46.996, as the format has it; numbers have six
-significant digits.)")
+failure leaves an earlier file whole. The file's y is the vertex's y less 46.996, as the format
+has it; numbers have six significant digits.)")
       .def("to_string", &ToString, "The mesh warp file's text.")
       .def("__repr__", [](const PyTextureMesh& mesh) {
         return "<vek.TextureMesh " + std::to_string(mesh.Get()->GetNumPoints()) + " vertices, " +

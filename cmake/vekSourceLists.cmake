@@ -1,0 +1,21 @@
+# Sources are listed, not globbed, so that a new file shows up in review. This keeps the lists
+# complete: a file in a listed folder that its list does not name stops the configuration, and the
+# message says which list to add it to. (A listed file that is gone stops it too, as CMake cannot
+# find it.)
+#   vek_require_listed(<folder> <patterns> <listed file names relative to the folder>...)
+function(vek_require_listed folder patterns)
+  set(unlisted)
+  foreach(pattern IN LISTS patterns)
+    file(GLOB present RELATIVE ${folder} ${folder}/${pattern})
+    list(APPEND unlisted ${present})
+  endforeach()
+  if(unlisted AND ARGN)
+    list(REMOVE_ITEM unlisted ${ARGN})
+  endif()
+  if(unlisted)
+    file(RELATIVE_PATH list_file ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_LIST_FILE})
+    file(RELATIVE_PATH where ${PROJECT_SOURCE_DIR} ${folder})
+    string(REPLACE ";" ", " unlisted "${unlisted}")
+    message(FATAL_ERROR "${where}: ${unlisted} not listed; add it to ${list_file}")
+  endif()
+endfunction()
