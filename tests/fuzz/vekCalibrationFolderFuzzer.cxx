@@ -46,15 +46,9 @@ std::string Summary(const CalibrationFolder& folder) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string input(reinterpret_cast<const char*>(data), size);
+  const std::string input = fuzz::BeginInput(data, size);
   if (input.find_first_of("/\\") != std::string::npos) return 0;
-  fuzz::BeginInput();
   std::vector<std::string> parts = fuzz::SplitParts(data, size, 3);
   parts.resize(3);
   const std::string dir = fuzz::WorkDirectory() + "folder";

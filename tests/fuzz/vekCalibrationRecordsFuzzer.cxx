@@ -158,16 +158,11 @@ void TweakingFiles(int kind, const std::string& file) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;
-  fuzz::BeginInput();
+  const std::string input = fuzz::BeginInput(data, size);
   const int kind = data[0] % 6;
-  const std::string file(reinterpret_cast<const char*>(data) + 1, size - 1);
+  const std::string file = input.substr(1);
   fuzz::AllocationWatch watch(size);
   switch (kind) {
     case 0:

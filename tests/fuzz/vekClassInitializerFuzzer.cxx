@@ -60,7 +60,8 @@ void LookUp(const std::string& name) {
                  name + ": DeprecatedGet disagrees on whether it is there");
   VEK_FUZZ_CHECK(count == static_cast<int>(words.size()), name + ": DeprecatedGet counts differently");
   for (int k = 0; k < count; ++k) {
-    VEK_FUZZ_CHECK(words[static_cast<size_t>(k)] == values[k], name + ": DeprecatedGet word differs");
+    VEK_FUZZ_CHECK(std::strcmp(values[k], words[static_cast<size_t>(k)].c_str()) == 0,
+                   name + ": DeprecatedGet word differs");
     delete[] values[k];
   }
   delete[] values;
@@ -68,23 +69,16 @@ void LookUp(const std::string& name) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string text(reinterpret_cast<const char*>(data), size);
-  const std::string path = fuzz::WorkDirectory() + "Initialization";
-  fuzz::WriteFile(path, text);
+  const std::string input = fuzz::BeginInput(data, size);
+  const std::string path = fuzz::WriteInput(input, "Initialization");
   fuzz::AllocationWatch watch(size);
   ClassInitializer::ReInitialize(path.c_str());
   const int lines = ClassInitializer::GetNumberOfLines();
   ClassInitializer::ConcatenatedInitialize(path.c_str());
   VEK_FUZZ_CHECK(ClassInitializer::GetNumberOfLines() == 2 * lines, "a second reading of the file holds other lines");
   ClassInitializer::GetReportGets();
-  for (const std::string& name : FirstWords(text)) LookUp(name);
+  for (const std::string& name : FirstWords(input)) LookUp(name);
   std::ostringstream printed;
   ClassInitializer::PrintMe(printed);
   return 0;

@@ -54,14 +54,8 @@ void ReadAll(const std::string& input, bool exact) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string input(reinterpret_cast<const char*>(data), size);
+  const std::string input = fuzz::BeginInput(data, size);
   fuzz::AllocationWatch watch(size);
   ReadAll<int>(input, true);
   ReadAll<double>(input, false);

@@ -34,15 +34,9 @@ bool Survives(const DataFileEntry& entry) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string path = fuzz::WorkDirectory() + "data-file.txt";
-  fuzz::WriteFile(path, std::string(reinterpret_cast<const char*>(data), size));
+  const std::string input = fuzz::BeginInput(data, size);
+  const std::string path = fuzz::WriteInput(input, "data-file.txt");
   fuzz::AllocationWatch watch(size);
   auto file = SmartPointer<DataFile>::New();
   file->SetFileName(path);

@@ -64,8 +64,15 @@ void Setup() {
 const std::string& WorkDirectory() { return g_work; }
 const std::string& ConfigDirectory() { return g_config; }
 
-void BeginInput() {
+std::string BeginInput(const std::uint8_t* data, std::size_t size) {
   if (++g_inputs % kInputsPerLog == 0) OutputFile::SetFileName(g_log.c_str());
+  return std::string(reinterpret_cast<const char*>(data), size);
+}
+
+std::string WriteInput(const std::string& input, const std::string& name) {
+  const std::string path = g_work + name;
+  WriteFile(path, input);
+  return path;
 }
 
 void WriteFile(const std::string& path, const std::string& bytes) {
@@ -122,3 +129,8 @@ AllocationWatch::~AllocationWatch() {
 }
 
 }  // namespace vek::fuzz
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  vek::fuzz::Setup();
+  return 0;
+}

@@ -9,15 +9,19 @@
 namespace vek::fuzz {
 
 /// Settles the library in a fresh base folder of its own (in memory when /dev/shm exists, so that
-/// the durable writes of the records cost nothing) and sends the debug log there. Call once, from
-/// LLVMFuzzerInitialize. The folder is removed when the process exits normally.
+/// the durable writes of the records cost nothing) and sends the debug log there. Every target's
+/// LLVMFuzzerInitialize, defined with it, calls it once. The folder is removed when the process
+/// exits normally.
 void Setup();
 /// The base folder and the library's configuration folder, each ending in a separator.
 const std::string& WorkDirectory();
 const std::string& ConfigDirectory();
 
 /// Call at the start of every input: keeps the debug log short by starting a new one now and then.
-void BeginInput();
+/// Returns the input's bytes.
+std::string BeginInput(const std::uint8_t* data, std::size_t size);
+/// Writes the input as the file `name` of the working folder and returns its path.
+std::string WriteInput(const std::string& input, const std::string& name);
 
 void WriteFile(const std::string& path, const std::string& bytes);
 std::string ReadFile(const std::string& path);

@@ -117,14 +117,8 @@ void ObjectFrames(const std::string& input) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string input(reinterpret_cast<const char*>(data), size);
+  const std::string input = fuzz::BeginInput(data, size);
   fuzz::AllocationWatch watch(size);
   BufferLines(input);
   StringLines(input);

@@ -20,24 +20,18 @@ constexpr char kBuiltInKey[] = "VEK_FILE_NOT_FOUND_CUSTOM";
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string bytes(reinterpret_cast<const char*>(data), size);
+  const std::string input = fuzz::BeginInput(data, size);
   const std::string pack = fuzz::ConfigDirectory() + "LanguagePack.lang";
-  fuzz::WriteFile(pack, bytes);
+  fuzz::WriteFile(pack, input);
   {
     fuzz::AllocationWatch watch(size);
     LanguageTables::Table table;
     VEK_FUZZ_CHECK(LanguageTables::LoadLanguagePackFromFile(pack, table) == VEK_SUCCESS, "a pack file does not load");
-    std::istringstream stream(bytes);
+    std::istringstream stream(input);
     LanguageTables::Table suffixed;
     LanguageTables::LoadLanguagePackFromStream(stream, suffixed, L"!");
-    if (bytes.compare(0, 3, "\xEF\xBB\xBF") != 0) {
+    if (input.compare(0, 3, "\xEF\xBB\xBF") != 0) {
       VEK_FUZZ_CHECK(suffixed.size() == table.size(), "the stream and the file give different tables");
       for (const auto& [key, text] : table)
         VEK_FUZZ_CHECK(suffixed.count(key) && suffixed[key] == text + L"!", "the suffix is missing: " + key);

@@ -34,15 +34,9 @@ void Apply(const LensWarp& lens) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string path = fuzz::WorkDirectory() + "camera.lens";
-  fuzz::WriteFile(path, std::string(reinterpret_cast<const char*>(data), size));
+  const std::string input = fuzz::BeginInput(data, size);
+  const std::string path = fuzz::WriteInput(input, "camera.lens");
   fuzz::AllocationWatch watch(size);
   SmartPointer<LensWarp> lens;
   const int status = LensWarpIO::ReadFromFile(path.c_str(), lens);

@@ -64,15 +64,9 @@ void Check(const std::string& path, Reader read, Writer write, bool exact) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string path = fuzz::WorkDirectory() + "numbers";
-  fuzz::WriteFile(path, std::string(reinterpret_cast<const char*>(data), size));
+  const std::string input = fuzz::BeginInput(data, size);
+  const std::string path = fuzz::WriteInput(input, "numbers");
   fuzz::AllocationWatch watch(size);
   Check<int>(path, OutputNumbers::InputIntFile, OutputNumbers::OutputIntFile, true);
   Check<bool>(path, OutputNumbers::InputBoolFile, OutputNumbers::OutputBoolFile, true);

@@ -78,13 +78,8 @@ void LookUp(ConfigurationDatabase& store, const std::string& name) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
+  const std::string input = fuzz::BeginInput(data, size);
   std::vector<std::string> parts = fuzz::SplitParts(data, size, 3);
   parts.resize(3);
   const std::string& config = fuzz::ConfigDirectory();
@@ -101,9 +96,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (names.size() > kMaxNames) names.resize(kMaxNames);
   for (const std::string& name : names) LookUp(*store, name);
 
-  // One write through the store: the rewrite must keep the value, whatever else the file holds.
+  // One write through the store of an option described as an int: the rewrite must keep the
+  // value, whatever else the files hold. (The store writes a value of any type it is given, which
+  // reads back only as the type the info file describes.)
   for (const std::string& name : names) {
     int value = 0;
+    std::string type;
+    if (store->GetOptionType(name, type) != VEK_SUCCESS || type != "Int") continue;
     if (store->GetOption(name, value) != VEK_SUCCESS) continue;
     if (store->SetOption(name, value + (value < 1000 ? 1 : -1)) != VEK_SUCCESS) break;
     int back = 0;

@@ -20,15 +20,9 @@ std::string Fields(const RestorePointInfo& info) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string path = fuzz::WorkDirectory() + "RestorePointInfo.xml";
-  fuzz::WriteFile(path, std::string(reinterpret_cast<const char*>(data), size));
+  const std::string input = fuzz::BeginInput(data, size);
+  const std::string path = fuzz::WriteInput(input, "RestorePointInfo.xml");
   fuzz::AllocationWatch watch(size);
   auto info = SmartPointer<RestorePointInfo>::New();
   info->SetProductName("before");

@@ -23,14 +23,9 @@ std::string Text(const SpatialConnectivity& model) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
+  const std::string input = fuzz::BeginInput(data, size);
+  std::istringstream in(input);
   fuzz::AllocationWatch watch(size);
   auto model = SmartPointer<SpatialConnectivity>::New();
   model->Initialize(2, 1, SpatialConnectivity::kGeneric);

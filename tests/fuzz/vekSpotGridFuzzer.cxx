@@ -39,15 +39,9 @@ SmartPointer<SpotGrid> KnownGrid() {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string path = fuzz::WorkDirectory() + "projector_0.txt";
-  fuzz::WriteFile(path, std::string(reinterpret_cast<const char*>(data), size));
+  const std::string input = fuzz::BeginInput(data, size);
+  const std::string path = fuzz::WriteInput(input, "projector_0.txt");
   fuzz::AllocationWatch watch(size);
   auto grid = KnownGrid();
   if (grid->Read(path) != VEK_SUCCESS) {

@@ -30,16 +30,9 @@ bool Same(const std::vector<System>& a, const std::vector<System>& b) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  const std::string bytes(reinterpret_cast<const char*>(data), size);
-  const std::string path = fuzz::WorkDirectory() + "systems.xml";
-  fuzz::WriteFile(path, bytes);
+  const std::string input = fuzz::BeginInput(data, size);
+  const std::string path = fuzz::WriteInput(input, "systems.xml");
   fuzz::AllocationWatch watch(size);
   auto manager = SmartPointer<KOREnterpriseSystemManager>::New();
   manager->SetFileName(path);
@@ -48,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     System added;
     added.Id = "added";
     VEK_FUZZ_CHECK(manager->Add(added) != VEK_SUCCESS, "a change was written over a damaged file");
-    VEK_FUZZ_CHECK(fuzz::ReadFile(path) == bytes, "a damaged file was changed");
+    VEK_FUZZ_CHECK(fuzz::ReadFile(path) == input, "a damaged file was changed");
     return 0;
   }
   int active = 0;

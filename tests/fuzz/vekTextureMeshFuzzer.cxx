@@ -20,14 +20,9 @@ std::string Serialized(const TextureMesh& mesh) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::Setup();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::BeginInput();
-  std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
+  const std::string input = fuzz::BeginInput(data, size);
+  std::istringstream in(input);
   fuzz::AllocationWatch watch(size);
   SmartPointer<TextureMesh> mesh;
   if (TextureMeshReader::Read(in, mesh) != VEK_SUCCESS) {
