@@ -46,6 +46,15 @@ void CheckReadsBack(const Record& record) {
   VEK_FUZZ_CHECK(Text(*again) == written, "a record written reads back different:\n" + written);
 }
 
+// A record loaded through the store: one read must read back, a failed load must leave it as it was.
+template <class Record>
+void CheckLoad(int status, const Record& record, const std::string& before) {
+  if (status == VEK_SUCCESS)
+    CheckReadsBack(record);
+  else
+    VEK_FUZZ_CHECK(Text(record) == before, "a failed load changed the record");
+}
+
 void Boundary(const std::string& file) {
   const std::string path = ConfigurationDatabase::GetConfigurationDirectory() + "ExtrudedCurveScreenBoundary";
   fuzz::WriteFile(path, file);
@@ -77,10 +86,7 @@ void ControlPointGrid(const std::string& file) {
   grid->SetPoint(0, vec2<float>(7.0f, 8.0f));
   const std::string before = Text(*grid);
   std::istringstream in(file);
-  if (grid->Read(in) == VEK_SUCCESS)
-    CheckReadsBack(*grid);
-  else
-    VEK_FUZZ_CHECK(Text(*grid) == before, "a failed read changed the grid");
+  CheckLoad(grid->Read(in), *grid, before);
 
   const std::string path = ConfigurationDatabase::GetConfigurationDirectory() + "ControlPointLocations";
   fuzz::WriteFile(path, file);
@@ -106,10 +112,7 @@ void ObjectRecord(const std::string& file, Preset preset) {
   preset(*record);
   const std::string before = Text(*record);
   std::istringstream in(file);
-  if (record->Read(in) == VEK_SUCCESS)
-    CheckReadsBack(*record);
-  else
-    VEK_FUZZ_CHECK(Text(*record) == before, "a failed read changed the record");
+  CheckLoad(record->Read(in), *record, before);
 }
 
 void PresetSubdivision(SpatialSubdivisionData& data) {
@@ -131,28 +134,19 @@ void TweakingFiles(int kind, const std::string& file) {
     auto data = SmartPointer<UniformAngleRemappingData>::New();
     data->SetUniformSampling(-10.0f, 10.0f, -5.0f, 5.0f, 2, 2);
     const std::string before = Text(*data);
-    if (Store()->LoadPerspectiveMeshTweakingData(data.GetPointer()) == VEK_SUCCESS)
-      CheckReadsBack(*data);
-    else
-      VEK_FUZZ_CHECK(Text(*data) == before, "a failed load changed the perspective data");
+    CheckLoad(Store()->LoadPerspectiveMeshTweakingData(data.GetPointer()), *data, before);
   } else if (kind == 3) {
     fuzz::WriteFile(config + "OrthographicMeshTweakingData.txt", file);
     auto data = SmartPointer<MeshTweakingData>::New();
     PresetSubdivision(*data);
     const std::string before = Text(*data);
-    if (Store()->LoadOrthographicMeshTweakingData(data) == VEK_SUCCESS)
-      CheckReadsBack(*data);
-    else
-      VEK_FUZZ_CHECK(Text(*data) == before, "a failed load changed the orthographic data");
+    CheckLoad(Store()->LoadOrthographicMeshTweakingData(data), *data, before);
   } else {
     fuzz::WriteFile(config + "AlphaTweakingData.txt", file);
     auto data = SmartPointer<AlphaTweakingData>::New();
     PresetSubdivision(*data);
     const std::string before = Text(*data);
-    if (Store()->LoadAlphaTweakingData(data) == VEK_SUCCESS)
-      CheckReadsBack(*data);
-    else
-      VEK_FUZZ_CHECK(Text(*data) == before, "a failed load changed the alpha data");
+    CheckLoad(Store()->LoadAlphaTweakingData(data), *data, before);
   }
 }
 
