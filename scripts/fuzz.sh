@@ -2,6 +2,10 @@
 # Runs one fuzz target of tests/fuzz for a while:
 #   scripts/fuzz.sh TARGET SECONDS     e.g. scripts/fuzz.sh CalibrationRecords 600
 #   scripts/fuzz.sh --list             the targets
+# With VEK_FUZZ_RUNS set the run stops after that many inputs instead, from the fixed seed
+# VEK_FUZZ_SEED (default 1), with SECONDS only as a limit: the same tree then fuzzes the same
+# inputs every time, which is what CI needs (a time limit would try more or fewer of them as the
+# machine is busy, and a failure could come and go).
 # Builds the fuzz targets first (clang, AddressSanitizer and UndefinedBehaviorSanitizer, in
 # build/fuzz). The run starts from the seeds in tests/fuzz/corpus/TARGET and the inputs that once
 # failed (tests/fuzz/regressions/TARGET), and keeps what it finds in build/fuzz/corpus/TARGET. A
@@ -45,8 +49,10 @@ export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 # New inputs go to the first folder; the seeds and the inputs that once failed are read first.
 inputs=("$corpus" "tests/fuzz/corpus/$target")
 [ -d "tests/fuzz/regressions/$target" ] && inputs+=("tests/fuzz/regressions/$target")
-"$build/bin/vekFuzz$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \
-  -artifact_prefix="$crashes/" "${inputs[@]}" >"$log" 2>&1
+repeatable=()
+[ -n "${VEK_FUZZ_RUNS:-}" ] && repeatable=(-runs="$VEK_FUZZ_RUNS" -seed="${VEK_FUZZ_SEED:-1}")
+"$build/bin/vekFuzz$target" -max_total_time="$seconds" "${repeatable[@]}" -timeout=20 -rss_limit_mb=2048 \
+  -print_final_stats=1 -artifact_prefix="$crashes/" "${inputs[@]}" >"$log" 2>&1
 status=$?
 
 # The summary: executions, coverage (cov: edges, ft: features), corpus size, memory.
@@ -62,4 +68,4 @@ if [ "$status" -ne 0 ] || [ "$after" -gt "$before" ]; then
   exit 1
 fi
 rm -f "$log"
-echo "$target: no crash in $seconds s"
+echo "$target: no crash in ${VEK_FUZZ_RUNS:+$VEK_FUZZ_RUNS inputs or }$seconds s"

@@ -38,6 +38,22 @@ bool ParseCount(const char* text, int& value) {
 
 }  // namespace
 
+namespace {
+
+// XML reads a CR inside a text as a line end, and runs of them not always as many: a value's line
+// ends are written as LF, which reads back as written.
+std::string WithLineFeeds(const std::string& text) {
+  std::string result;
+  result.reserve(text.size());
+  for (size_t k = 0; k < text.size(); ++k) {
+    if (text[k] != '\r') result += text[k];
+    else if (k + 1 >= text.size() || text[k + 1] != '\n') result += '\n';
+  }
+  return result;
+}
+
+}  // namespace
+
 RestorePointInfo* RestorePointInfo::New() { return new (std::nothrow) RestorePointInfo; }
 
 void RestorePointInfo::PrintSelf(std::ostream& os, Indent indent) const {
@@ -59,7 +75,7 @@ int RestorePointInfo::WriteToFile(const std::string& path) const {
     printer.OpenElement(kRoot);
     auto field = [&printer](const char* name, const std::string& value) {
       printer.OpenElement(name);
-      printer.PushText(value.c_str());
+      printer.PushText(WithLineFeeds(value).c_str());
       printer.CloseElement();
     };
     field("ProductName", ProductName);

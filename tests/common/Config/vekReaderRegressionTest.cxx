@@ -9,6 +9,7 @@
 #include "vekControlPoints.h"
 #include "vekErrorCodes.h"
 #include "vekErrorHelper.h"
+#include "vekRestorePointInfo.h"
 #include "vekSmartPointer.h"
 #include "vekStoreTestFixture.h"
 #include "vekTestSupport.h"
@@ -90,6 +91,40 @@ TEST_F(ReaderRegressionTest, PerspectiveNodeCountsWhoseProductOverflowsAreRefuse
       "{ UniformAngleRemappingData 1.0 \nAzimuth 0 1 \nElevation 0 1 \nNodes 0 2147483648 \n} \n");
   EXPECT_EQ(Plain(data->Read(sideBeyondInt)), VEK_UNABLE_TO_READ_NUM_FROM_FILE);
   EXPECT_EQ(data->GetNumy(), 2);
+}
+
+}  // namespace
+}  // namespace vek
+
+namespace vek {
+namespace {
+
+// Line ends as LF: CR LF as one, a lone CR as one.
+std::string LineFeeds(const std::string& text) {
+  std::string result;
+  for (size_t k = 0; k < text.size(); ++k)
+    if (text[k] != '\r') result += text[k];
+    else if (k + 1 >= text.size() || text[k + 1] != '\n') result += '\n';
+  return result;
+}
+
+// A product name with runs of carriage returns: XML read them back as fewer line ends than were
+// written, so the record changed on each save.
+TEST(RestorePointRegression, LineEndsInsideValuesReadBackAsWritten) {
+  test::TempDirectory directory;
+  const std::string original = directory.File("original.xml"), copy = directory.File("copy.xml");
+  test::WriteFile(original, test::RegressionInput("RestorePointInfo", "carriage-returns"));
+  auto first = SmartPointer<RestorePointInfo>::New();
+  ASSERT_EQ(first->ReadFromFile(original), VEK_SUCCESS);
+  ASSERT_EQ(first->WriteToFile(copy), VEK_SUCCESS);
+  auto second = SmartPointer<RestorePointInfo>::New();
+  ASSERT_EQ(second->ReadFromFile(copy), VEK_SUCCESS);
+  EXPECT_EQ(second->GetProductName(), LineFeeds(first->GetProductName()));
+  ASSERT_EQ(second->WriteToFile(copy), VEK_SUCCESS);
+  auto third = SmartPointer<RestorePointInfo>::New();
+  ASSERT_EQ(third->ReadFromFile(copy), VEK_SUCCESS);
+  EXPECT_EQ(third->GetProductName(), second->GetProductName());
+  EXPECT_EQ(third->GetDescription(), second->GetDescription());
 }
 
 }  // namespace
