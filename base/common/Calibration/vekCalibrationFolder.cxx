@@ -1,5 +1,6 @@
 #include "vekCalibrationFolder.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <new>
@@ -27,10 +28,16 @@ std::string Join(const std::string& dir, const std::string& name) {
   return (std::filesystem::path(dir) / std::filesystem::path(name)).string();
 }
 
+// A control character names no file on Windows, and a zero byte would end the name early: the
+// folder would read one file and write another.
+bool HasControlCharacter(const std::string& name) {
+  return std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; });
+}
+
 // The index holds names as DataFile strings and string-array elements: neither survives a line
 // end or a separator, and an element loses a leading or trailing '@' to the array separator.
 bool IsStorableFileName(const std::string& name) {
-  if (name.empty() || name.find_first_of("\r\n") != std::string::npos) return false;
+  if (name.empty() || HasControlCharacter(name)) return false;
   if (name.find("###") != std::string::npos || name.find("@@@") != std::string::npos) return false;
   return name.front() != '@' && name.back() != '@' && name.front() != '#' && name.back() != '#';
 }
@@ -140,8 +147,11 @@ int CalibrationFolder::Read(const std::string& dir) {
 
   if (lensFileName.empty()) return index.Fail(VEK_BAD_PARSE, "LensFile is empty");
   if (gridFileNames.empty()) return index.Fail(VEK_BAD_PARSE, "no spot grid files");
-  for (const auto& name : gridFileNames)
+  if (HasControlCharacter(lensFileName)) return index.Fail(VEK_BAD_PARSE, "LensFile holds a control character");
+  for (const auto& name : gridFileNames) {
     if (name.empty()) return index.Fail(VEK_BAD_PARSE, "an empty name in SpotGridFiles");
+    if (HasControlCharacter(name)) return index.Fail(VEK_BAD_PARSE, "a name in SpotGridFiles holds a control character");
+  }
   if (fill.size() != kFillRegionNumbers)
     return index.Fail(VEK_BAD_PARSE, "FillRegion holds " + std::to_string(fill.size()) + " numbers, not 8");
   OrderedQuadrilateral region;

@@ -32,8 +32,8 @@ namespace vek {
 /// present, override the option store and the built-in defaults (ApplySettingsTo).
 ///
 /// Read fails with a message that names the file at fault: VEK_FILE_NOT_FOUND for a missing index,
-/// lens or spot grid file; VEK_BAD_PARSE for a damaged one, an index without spot grid files, a
-/// fill region that is not 8 numbers or has a corner at (-5, -5), a setting out of range
+/// lens or spot grid file; VEK_BAD_PARSE for a damaged one, an index without spot grid files or
+/// with a file name holding a control character (a zero byte included), a fill region that is not 8 numbers or has a corner at (-5, -5), a setting out of range
 /// (CalibrationSettings::Validate), or a lens without focal length or centre. A failed Read
 /// leaves the object as it was.
 ///

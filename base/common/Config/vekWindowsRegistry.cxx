@@ -7,6 +7,7 @@
 
 #include "vekErrorHelper.h"
 #include "vekOutputMessages.h"
+#include "vekPlatform.h"
 #include "vekSaturatedInt.h"
 #include "vekTextConversion.h"
 

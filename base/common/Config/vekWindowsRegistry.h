@@ -3,7 +3,7 @@
 
 #include "vekCommonExport.h"
 #include "vekObject.h"
-#include "vekPlatform.h"
+#include "vekRegistryRoot.h"
 
 namespace vek {
 
@@ -27,7 +27,7 @@ inline constexpr char kRegistryCompanionKey[] = "Software\\Veltra Display\\Calib
 /// The few settings that programs which never read the option files need: warping switches, the
 /// remote-desktop warping mode and the projector colour state file (strings under two keys of the
 /// local machine), and the last error of a calibration run (under the companion key of the current
-/// user). On POSIX the registry is the store on disk described in vekPlatform.h.
+/// user). On POSIX the registry is the store on disk described in vekRegistryRoot.h.
 ///
 /// Reads never create keys and leave their output untouched on any failure (missing key or value,
 /// a value of another type, a string that with its terminating NUL does not fit `bufferSize`

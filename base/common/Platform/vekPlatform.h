@@ -3,6 +3,7 @@
 #include <string>
 
 #include "vekCommonExport.h"
+#include "vekRegistryRoot.h"
 
 // The one place that knows which operating system runs the library. Everything else calls these
 // plain functions; each has a Windows body and a POSIX body.
@@ -117,18 +118,7 @@ VEK_EXPORT void TextWindowDestroy();
 /// EnvironmentVariable and the C runtime's getenv see it.
 VEK_EXPORT void SetEnvironmentValue(const char* name, const std::string& value);
 
-// The registry. Windows: the real registry (wide functions; names and texts here are UTF-8).
-// POSIX: a store on disk with the same rules. Each root is a folder: $VEK_REGISTRY_DIR/LocalMachine
-// and $VEK_REGISTRY_DIR/CurrentUser when that variable is set, otherwise
-// /var/lib/VeltraDisplay/Registry (system-wide, so writing it takes the rights that HKLM takes) and
-// $VEK_BASE_DIR/Registry/CurrentUser when that is set, else $XDG_CONFIG_HOME/VeltraDisplay/Registry
-// (else $HOME/.config/..., else /tmp/VeltraDisplay/Registry).
-// A key "A\B" is the folder A/B; a value is the file <name>.value holding "REG_SZ\n" + text or
-// "REG_DWORD\n" + decimal. Key and value names are compared without regard to ASCII case, as
-// Windows does, so they are stored lower-cased and percent-encoded. A value file is written to a
-// temporary file, forced to disk and renamed over the old one under the key's lock file, so a
-// crash leaves the old value or the new one.
-enum class RegistryRoot { LocalMachine, CurrentUser };
+// The registry: the roots and where the store lives on POSIX are described in vekRegistryRoot.h.
 VEK_EXPORT bool RegistryKeyExists(RegistryRoot root, const std::string& subkey);
 /// Creates the key and any missing parent (an existing key is success).
 VEK_EXPORT bool RegistryCreateKey(RegistryRoot root, const std::string& subkey);

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
 #include <string>
 #include <vector>
 
+#include "../../fuzz/vekRegressionInputs.h"
 #include "vekBrownLensWarp.h"
 #include "vekCalibrationFolder.h"
 #include "vekCalibrationSettings.h"
@@ -245,6 +247,7 @@ TEST(CalibrationFolder, ReadRefusesEachBadPieceNamingItsFileAndChangesNothing) {
       {"calibration.txt", Replace(index, "StringArray###SpotGridFiles###2@@@projector_0.txt@@@projector_1.txt###\n", ""),
        VEK_BAD_PARSE, "SpotGridFiles"},
       {"calibration.txt", Replace(index, "String###LensFile###camera.lens###\n", ""), VEK_BAD_PARSE, "LensFile"},
+      {"calibration.txt", Replace(index, "camera.lens", "camera.lens\tx"), VEK_BAD_PARSE, "control character"},
       {"calibration.txt", Replace(index, "Double###BlendGamma###1.8###", "Double###BlendGamma###0###"), VEK_BAD_PARSE,
        "BlendGamma"},
       {"calibration.txt", Replace(index, "Int###WarpStep###16###", "Double###WarpStep###16###"), VEK_BAD_PARSE,
@@ -274,9 +277,28 @@ TEST(CalibrationFolder, ReadRefusesEachBadPieceNamingItsFileAndChangesNothing) {
   }
 }
 
+// A zero byte in a spot grid's name once made Read open the file named by the part before it,
+// while Write refused the whole name.
+TEST(CalibrationFolder, ReadRefusesAZeroByteInAFileName) {
+  TempDirectory dir;
+  const std::string input = test::RegressionInput("CalibrationFolder", "nul-in-file-name");
+  const std::vector<std::string> names = {"calibration.txt", "camera.lens", "projector_0.txt"};
+  size_t begin = 0;
+  for (const std::string& name : names) {
+    const size_t end = std::min(input.find("\n%%%%\n", begin), input.size());
+    test::WriteFile(dir.File(name), input.substr(begin, end - begin));
+    begin = end + 6;
+  }
+  auto folder = SmartPointer<CalibrationFolder>::New();
+  const int status = folder->Read(dir.Path().string());
+  EXPECT_EQ(Code(status), VEK_BAD_PARSE) << Message(status);
+  EXPECT_NE(Message(status).find("SpotGridFiles holds a control character"), std::string::npos) << Message(status);
+  EXPECT_EQ(folder->GetNumberOfSpotGrids(), 0);
+}
+
 TEST(CalibrationFolder, WriteRefusesAFolderThatWouldNotReadBackAndWritesNothing) {
   std::vector<SmartPointer<CalibrationFolder>> bad;
-  for (int k = 0; k < 7; ++k) bad.push_back(TwoProjectorFolder());
+  for (int k = 0; k < 8; ++k) bad.push_back(TwoProjectorFolder());
   bad[0]->SetLens(nullptr);
   bad[1]->RemoveAllSpotGrids();
   bad[2]->SetFillRegion(OrderedQuadrilateral({100, 200}, {900, 180}, {}, {880, 720}));
@@ -284,6 +306,7 @@ TEST(CalibrationFolder, WriteRefusesAFolderThatWouldNotReadBackAndWritesNothing)
   bad[4]->SetLensFileName("odd@@@name.lens");
   bad[5]->SetContentHeight(0);
   bad[6]->AddSpotGrid(TinyGrid().GetPointer(), "calibration.txt");
+  bad[7]->AddSpotGrid(TinyGrid().GetPointer(), std::string("projector_2.txt\0x", 17));
   for (size_t k = 0; k < bad.size(); ++k) {
     TempDirectory dir;
     const std::string where = (dir.Path() / "out").string();
