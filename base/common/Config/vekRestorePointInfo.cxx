@@ -52,6 +52,11 @@ std::string WithLineFeeds(const std::string& text) {
   return result;
 }
 
+// XML drops a text of nothing but white space; a CDATA section keeps it.
+bool IsWhiteSpaceOnly(const std::string& text) {
+  return !text.empty() && text.find_first_not_of(" \t\n\r") == std::string::npos;
+}
+
 }  // namespace
 
 RestorePointInfo* RestorePointInfo::New() { return new (std::nothrow) RestorePointInfo; }
@@ -75,7 +80,8 @@ int RestorePointInfo::WriteToFile(const std::string& path) const {
     printer.OpenElement(kRoot);
     auto field = [&printer](const char* name, const std::string& value) {
       printer.OpenElement(name);
-      printer.PushText(WithLineFeeds(value).c_str());
+      const std::string text = WithLineFeeds(value);
+      printer.PushText(text.c_str(), IsWhiteSpaceOnly(text));
       printer.CloseElement();
     };
     field("ProductName", ProductName);

@@ -14,7 +14,9 @@ namespace vek {
 /// "RestorePointInfo" holding one element per field, in this order, its value as text:
 /// "ProductName", "ProductVersion", "BuildId", "NumProjectors", "NumCameras", "ScreenType",
 /// "Description" (the counts in decimal). A line end inside a value (CR LF or a lone CR) is
-/// written as LF, the line end XML reads such a value back with. Reading takes the elements by name, in any order. Only
+/// written as LF, the line end XML reads such a value back with, and a value of nothing but white
+/// space as a CDATA section, since XML drops such a text. (So a file from elsewhere that holds one
+/// as plain text reads it as empty.) Reading takes the elements by name, in any order. Only
 /// "ScreenType" and "Description" must be there; another missing element reads as an empty text
 /// (a count as 0). A missing required element, a count that is not a decimal int, a missing root or
 /// a document that does not parse is VEK_FILE_NOT_FORMATTED_PROPERLY (the plain code; the reason

@@ -127,5 +127,23 @@ TEST(RestorePointRegression, LineEndsInsideValuesReadBackAsWritten) {
   EXPECT_EQ(third->GetDescription(), second->GetDescription());
 }
 
+// A description of line ends only: XML drops a text of nothing but white space, so it read back
+// empty.
+TEST(RestorePointRegression, ValuesOfWhiteSpaceOnlyReadBackAsWritten) {
+  test::TempDirectory directory;
+  const std::string original = directory.File("original.xml"), copy = directory.File("copy.xml");
+  test::WriteFile(original, test::RegressionInput("RestorePointInfo", "white-space-description"));
+  auto first = SmartPointer<RestorePointInfo>::New();
+  ASSERT_EQ(first->ReadFromFile(original), VEK_SUCCESS);
+  ASSERT_FALSE(first->GetDescription().empty());
+  first->SetScreenType(" \t\n ");
+  ASSERT_EQ(first->WriteToFile(copy), VEK_SUCCESS);
+  EXPECT_NE(test::ReadFile(copy).find("<ScreenType><![CDATA[ \t\n ]]></ScreenType>"), std::string::npos);
+  auto second = SmartPointer<RestorePointInfo>::New();
+  ASSERT_EQ(second->ReadFromFile(copy), VEK_SUCCESS);
+  EXPECT_EQ(second->GetDescription(), first->GetDescription());
+  EXPECT_EQ(second->GetScreenType(), " \t\n ");
+}
+
 }  // namespace
 }  // namespace vek
