@@ -52,9 +52,10 @@ std::string WithLineFeeds(const std::string& text) {
   return result;
 }
 
-// XML drops a text of nothing but white space; a CDATA section keeps it.
+// The XML reader drops a text of nothing but white space (as isspace counts it, form feeds too);
+// a CDATA section keeps it.
 bool IsWhiteSpaceOnly(const std::string& text) {
-  return !text.empty() && text.find_first_not_of(" \t\n\r") == std::string::npos;
+  return !text.empty() && text.find_first_not_of(" \t\n\v\f\r") == std::string::npos;
 }
 
 }  // namespace

@@ -127,22 +127,24 @@ TEST(RestorePointRegression, LineEndsInsideValuesReadBackAsWritten) {
   EXPECT_EQ(third->GetDescription(), second->GetDescription());
 }
 
-// A description of line ends only: XML drops a text of nothing but white space, so it read back
-// empty.
+// Descriptions of line ends and form feeds only: the XML reader drops a text of nothing but white
+// space, so they read back empty.
 TEST(RestorePointRegression, ValuesOfWhiteSpaceOnlyReadBackAsWritten) {
-  test::TempDirectory directory;
-  const std::string original = directory.File("original.xml"), copy = directory.File("copy.xml");
-  test::WriteFile(original, test::RegressionInput("RestorePointInfo", "white-space-description"));
-  auto first = SmartPointer<RestorePointInfo>::New();
-  ASSERT_EQ(first->ReadFromFile(original), VEK_SUCCESS);
-  ASSERT_FALSE(first->GetDescription().empty());
-  first->SetScreenType(" \t\n ");
-  ASSERT_EQ(first->WriteToFile(copy), VEK_SUCCESS);
-  EXPECT_NE(test::ReadFile(copy).find("<ScreenType><![CDATA[ \t\n ]]></ScreenType>"), std::string::npos);
-  auto second = SmartPointer<RestorePointInfo>::New();
-  ASSERT_EQ(second->ReadFromFile(copy), VEK_SUCCESS);
-  EXPECT_EQ(second->GetDescription(), first->GetDescription());
-  EXPECT_EQ(second->GetScreenType(), " \t\n ");
+  for (const char* input : {"white-space-description", "form-feed-description"}) {
+    test::TempDirectory directory;
+    const std::string original = directory.File("original.xml"), copy = directory.File("copy.xml");
+    test::WriteFile(original, test::RegressionInput("RestorePointInfo", input));
+    auto first = SmartPointer<RestorePointInfo>::New();
+    ASSERT_EQ(first->ReadFromFile(original), VEK_SUCCESS) << input;
+    ASSERT_FALSE(first->GetDescription().empty()) << input;
+    first->SetScreenType(" \t\n\v\f ");
+    ASSERT_EQ(first->WriteToFile(copy), VEK_SUCCESS);
+    EXPECT_NE(test::ReadFile(copy).find("<ScreenType><![CDATA[ \t\n\v\f ]]></ScreenType>"), std::string::npos);
+    auto second = SmartPointer<RestorePointInfo>::New();
+    ASSERT_EQ(second->ReadFromFile(copy), VEK_SUCCESS);
+    EXPECT_EQ(second->GetDescription(), first->GetDescription()) << input;
+    EXPECT_EQ(second->GetScreenType(), " \t\n\v\f ");
+  }
 }
 
 }  // namespace
