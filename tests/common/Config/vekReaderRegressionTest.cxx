@@ -139,7 +139,8 @@ TEST(RestorePointRegression, ValuesOfWhiteSpaceOnlyReadBackAsWritten) {
     ASSERT_FALSE(first->GetDescription().empty()) << input;
     first->SetScreenType(" \t\n\v\f ");
     ASSERT_EQ(first->WriteToFile(copy), VEK_SUCCESS);
-    EXPECT_NE(test::ReadFile(copy).find("<ScreenType><![CDATA[ \t\n\v\f ]]></ScreenType>"), std::string::npos);
+    EXPECT_NE(test::ReadFile(copy).find(test::TextFileBytes("<ScreenType><![CDATA[ \t\n\v\f ]]></ScreenType>")),
+              std::string::npos);
     auto second = SmartPointer<RestorePointInfo>::New();
     ASSERT_EQ(second->ReadFromFile(copy), VEK_SUCCESS);
     EXPECT_EQ(second->GetDescription(), first->GetDescription()) << input;
