@@ -49,25 +49,26 @@ fi
 # and Python module must find the library from wherever the prefix is.
 check_install() {
   local prefix=$PWD/build/install client=$PWD/build/client
-  local base=$client/base
+  local base=$client/base libdir
+  libdir=$(sed -n 's/^CMAKE_INSTALL_LIBDIR:PATH=//p' build/linux/CMakeCache.txt)
   rm -rf "$prefix" "$client"
   mkdir -p "$client/pkg-config"
   cmake --install build/linux --prefix "$prefix" >/dev/null || return 1
   { cmake -S tests/package -B "$client" -DCMAKE_PREFIX_PATH="$prefix" && cmake --build "$client"; } >/dev/null ||
     { echo "package: the find_package(vek) client does not build"; return 1; }
-  VEK_BASE_DIR="$base" LD_LIBRARY_PATH="$prefix/lib" "$client/vekClient" >/dev/null ||
+  VEK_BASE_DIR="$base" LD_LIBRARY_PATH="$prefix/$libdir" "$client/vekClient" >/dev/null ||
     { echo "package: the find_package(vek) client fails"; return 1; }
   local flags
-  flags=$(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --cflags --libs vek) &&
+  flags=$(PKG_CONFIG_PATH="$prefix/$libdir/pkgconfig" pkg-config --cflags --libs vek) &&
     g++ -std=c++20 tests/package/vekClient.cxx $flags -o "$client/pkg-config/vekClient" ||
     { echo "package: the pkg-config client does not build"; return 1; }
-  VEK_BASE_DIR="$base" LD_LIBRARY_PATH="$prefix/lib" "$client/pkg-config/vekClient" >/dev/null ||
+  VEK_BASE_DIR="$base" LD_LIBRARY_PATH="$prefix/$libdir" "$client/pkg-config/vekClient" >/dev/null ||
     { echo "package: the pkg-config client fails"; return 1; }
   local header
   for header in "$prefix"/include/vek/*.h; do
     echo "#include \"$(basename "$header")\""
   done >"$client/every-header.cxx"
-  g++ -std=c++20 -fsyntax-only $(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --cflags vek) \
+  g++ -std=c++20 -fsyntax-only $(PKG_CONFIG_PATH="$prefix/$libdir/pkgconfig" pkg-config --cflags vek) \
     "$client/every-header.cxx" || { echo "package: an installed header needs one that is not installed"; return 1; }
   env -i VEK_BASE_DIR="$base" "$prefix/bin/vek" version >/dev/null ||
     { echo "package: the installed tool does not run without a library path"; return 1; }
