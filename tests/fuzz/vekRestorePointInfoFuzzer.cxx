@@ -5,6 +5,7 @@
 
 #include "vekErrorCodes.h"
 #include "vekFuzzSupport.h"
+#include "vekRegressionInputs.h"
 #include "vekRestorePointInfo.h"
 #include "vekSmartPointer.h"
 
@@ -12,22 +13,10 @@ using namespace vek;
 
 namespace {
 
-// XML reads every line end inside a value, CR LF or a lone CR, as LF, and the file gets the
-// platform's line ends when written: a value's line ends are compared as LF.
-std::string WithLineFeeds(const std::string& text) {
-  std::string result;
-  for (size_t k = 0; k < text.size(); ++k) {
-    if (text[k] != '\r') {
-      result += text[k];
-    } else if (k + 1 >= text.size() || text[k + 1] != '\n') {
-      result += '\n';
-    }
-  }
-  return result;
-}
-
+// XML reads every line end inside a value as LF, and the file gets the platform's line ends when
+// written: a value's line ends are compared as LF.
 std::string Fields(const RestorePointInfo& info) {
-  return WithLineFeeds(info.GetProductName() + '\0' + info.GetProductVersion() + '\0' + info.GetBuildId() + '\0' +
+  return test::WithLineFeeds(info.GetProductName() + '\0' + info.GetProductVersion() + '\0' + info.GetBuildId() + '\0' +
                        std::to_string(info.GetNumProjectors()) + '\0' + std::to_string(info.GetNumCameras()) +
                        '\0' + info.GetScreenType() + '\0' + info.GetDescription());
 }

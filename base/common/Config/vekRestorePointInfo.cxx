@@ -36,10 +36,6 @@ bool ParseCount(const char* text, int& value) {
   return error == std::errc() && stop == end;
 }
 
-}  // namespace
-
-namespace {
-
 // XML reads a CR inside a text as a line end, and runs of them not always as many: a value's line
 // ends are written as LF, which reads back as written.
 std::string WithLineFeeds(const std::string& text) {

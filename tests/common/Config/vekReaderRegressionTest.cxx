@@ -93,21 +93,6 @@ TEST_F(ReaderRegressionTest, PerspectiveNodeCountsWhoseProductOverflowsAreRefuse
   EXPECT_EQ(data->GetNumy(), 2);
 }
 
-}  // namespace
-}  // namespace vek
-
-namespace vek {
-namespace {
-
-// Line ends as LF: CR LF as one, a lone CR as one.
-std::string LineFeeds(const std::string& text) {
-  std::string result;
-  for (size_t k = 0; k < text.size(); ++k)
-    if (text[k] != '\r') result += text[k];
-    else if (k + 1 >= text.size() || text[k + 1] != '\n') result += '\n';
-  return result;
-}
-
 // A product name with runs of carriage returns: XML read them back as fewer line ends than were
 // written, so the record changed on each save.
 TEST(RestorePointRegression, LineEndsInsideValuesReadBackAsWritten) {
@@ -119,7 +104,7 @@ TEST(RestorePointRegression, LineEndsInsideValuesReadBackAsWritten) {
   ASSERT_EQ(first->WriteToFile(copy), VEK_SUCCESS);
   auto second = SmartPointer<RestorePointInfo>::New();
   ASSERT_EQ(second->ReadFromFile(copy), VEK_SUCCESS);
-  EXPECT_EQ(second->GetProductName(), LineFeeds(first->GetProductName()));
+  EXPECT_EQ(second->GetProductName(), test::WithLineFeeds(first->GetProductName()));
   ASSERT_EQ(second->WriteToFile(copy), VEK_SUCCESS);
   auto third = SmartPointer<RestorePointInfo>::New();
   ASSERT_EQ(third->ReadFromFile(copy), VEK_SUCCESS);
